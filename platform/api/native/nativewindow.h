@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+/// Native windows of this and of other processes, by the number that the window system knows them by: an HWND
+/// on Windows, a window's XID under X11. GUI thread.
+namespace Native
+{
+
+using WindowId = std::uint64_t;
+
+struct Point {
+    int x = 0;
+    int y = 0;
+};
+
+/// Makes `child`, a window of any process, a child window of `parent`, a window of this one, and shows it.
+/// The child keeps its size and lies at the parent's top left until MoveWindow places it. False when one of
+/// the two is no window or the window system refuses; LastErrorText then says why.
+[[nodiscard]] bool SetParent(WindowId child, WindowId parent);
+
+/// Places a window in its parent's client area, in device pixels. False when it is no window.
+bool MoveWindow(WindowId window, int x, int y, int width, int height, bool repaint);
+
+/// The system's text for the last failure of this thread in this library; empty when there was none.
+[[nodiscard]] std::string LastErrorText();
+
+/// The pointer's position on the screen, in device pixels. False leaves `point` as it is.
+bool GetCursorPos(Point& point);
+
+/// Moves the pointer, in device pixels of the screen.
+bool SetCursorPos(int x, int y);
+
+} // namespace Native
