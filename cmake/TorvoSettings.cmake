@@ -34,7 +34,7 @@ function(torvo_own_code target)
     target_compile_options(${target} PRIVATE -Wall -Wextra -Werror)
     target_compile_definitions(${target} PRIVATE
         QT_NO_CAST_TO_ASCII QT_STRICT_ITERATORS QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
-        QT_DEPRECATED_WARNINGS QT_DISABLE_DEPRECATED_BEFORE=0x050F00 QT_NO_FOREACH)
+        QT_DISABLE_DEPRECATED_BEFORE=0x050F00 QT_NO_FOREACH)
 endfunction()
 
 # torvo_library(NAME SOURCES... [LINK libraries...]): a static library of our own.

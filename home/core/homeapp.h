@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <typeindex>
+#include <typeinfo>
 #include <vector>
 
 class QQmlContext;
@@ -73,6 +74,9 @@ private:
 
     [[nodiscard]] IMgrObj* findMgr(std::type_index type) const;
     void createMgrs();
+    template<class Manager>
+    void addMgr();
+    void putMgr(std::type_index type, std::shared_ptr<IMgrObj> mgr);
 
     std::vector<Entry> m_mgrs; ///< in the order of visit
 };

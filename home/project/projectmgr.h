@@ -120,6 +120,7 @@ signals:
 private:
     [[nodiscard]] bool DownLoadBimProj(const QString& guid);
     [[nodiscard]] QSet<QString> bimSet(const QString& guid) const;
+    [[nodiscard]] bool hasUpdatedBimProject(const QString& guid);
 
     QString m_dataPath;
     ZRSmartDB::IZRDatabase* m_projectDB = nullptr; ///< not owned; null until Init

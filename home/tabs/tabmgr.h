@@ -7,6 +7,7 @@
 
 #include <QHash>
 #include <QJsonObject>
+#include <QJsonValue>
 #include <QObject>
 #include <QRect>
 #include <QString>
@@ -78,9 +79,9 @@ private slots:
 private:
     [[nodiscard]] QQuickItem* findItem(const QString& objectName) const;
     [[nodiscard]] QRect ContentRect() const;
-    [[nodiscard]] QJsonObject startMessage(const QString& name) const;
     void StartTab(const QString& name);
     void SwitchTab(const QString& name);
+    void takeReport(const QString& socketName, const QString& key, const QJsonValue& value);
     void embedWindow(const QString& socketName, const QString& windowId);
     void reopenProject(const QString& guid);
     void sendTo(const QString& tabName, const QJsonObject& message);

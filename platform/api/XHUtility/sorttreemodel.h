@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QCollator>
+#include <memory>
+
 #include <QSortFilterProxyModel>
 #include <QString>
 
@@ -19,6 +20,7 @@ class CSortTreeModel : public QSortFilterProxyModel
 
 public:
     explicit CSortTreeModel(QObject* parent = nullptr);
+    ~CSortTreeModel() override;
 
     /// The key of the items' map that `search` and the order look at.
     void setSearchKey(const QString& key);
@@ -44,13 +46,8 @@ protected:
     [[nodiscard]] bool filterAcceptsRow(int sourceRow, const QModelIndex& sourceParent) const override;
 
 private:
-    [[nodiscard]] QVariantMap itemMap(const QModelIndex& sourceIndex) const;
-    [[nodiscard]] bool isFound(const QModelIndex& sourceIndex) const;
-
-    QString m_searchKey;
-    QString m_searchText;
-    QCollator m_collator;
-    CSortTreeModel* m_searchResult = nullptr;
+    class Private;
+    std::unique_ptr<Private> m_private;
 };
 
 } // namespace XHUTILITY

@@ -69,7 +69,6 @@ private:
     void refreshAll();
     void showErrorMsg(const QString& msg, const QString& errCode);
     void showTip(const QString& text);
-    void showBusyText();
 
     CGridViewController* m_gridViewController = nullptr; ///< not owned
     CPanelModel* m_panelModel = nullptr;

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QHash>
+#include "view/context/editorcontrol/treeindex.h"
+
 #include <QObject>
 #include <QString>
 #include <QVariant>
+#include <QVariantMap>
 
 class QStandardItem;
 
@@ -69,12 +71,16 @@ private:
     void AddServerProjects(QStandardItem* parent, const TorvoSDK::SOrgNode& node);
     void AddLocalProjects(QStandardItem* parent, const TorvoSDK::SOrgNode& node);
 
+    QStandardItem* appendItem(QStandardItem* parent, const QVariantMap& row);
+    void changeCount(const QString& type, int difference);
+
     QString m_strType; ///< the filter
     int m_bimProjCount = 0;
     int m_sceneProjCount = 0;
     XHUTILITY::CTreeModel* m_treeModel = nullptr;     ///< a child of this object's parent
     XHUTILITY::CSortTreeModel* m_sortModel = nullptr; ///< a child of this object's parent
-    bool m_bOrgMode = false;
+    CTreeIndex m_index;
+    bool m_bOrgMode = false; ///< the tree follows the organisation
 };
 
 } // namespace TorvoEditor

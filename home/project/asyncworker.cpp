@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#include "project/asyncworker.h"
+
+#include "core/homeapp.h"
+#include "project/projectmgr.h"
+
+namespace TorvoEditor
+{
+
+namespace
+{
+
+bool RunJob(CProjectMgr& projectMgr, int jobType, const QString& guid)
+{
+    switch (jobType) {
+    case CAsyncWorker::Download:
+        return projectMgr.DownLoadProj(guid);
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+CAsyncWorker::CAsyncWorker(int jobType, const QString& guid) : m_jobType(jobType), m_guid(guid)
+{
+    connect(this, &QThread::finished, this, &QObject::deleteLater);
+}
+
+void CAsyncWorker::run()
+{
+    auto* projectMgr = CHomeApp::instance().GetMgr<CProjectMgr>();
+    if (projectMgr == nullptr)
+        return;
+    const bool isDone = RunJob(*projectMgr, m_jobType, m_guid);
+    emit singSyncFinish(m_guid, isDone, isDone ? QString() : projectMgr->GetLastError());
+}
+
+} // namespace TorvoEditor

@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+#include "project/projectmgr.h"
+
+#include "ZRSmartDB/zrdatabase.h"
+#include "ZRSmartDB/zrdbnetaccess.h"
+#include "ZRSmartDB/zrprojupgrader.h"
+#include "project/guidtext.h"
+
+#include <exception>
+#include <optional>
+#include <set>
+
+#include <QDebug>
+#include <QStringList>
+
+namespace TorvoEditor
+{
+
+namespace
+{
+
+// The numbers of CGridViewData::StateTypeEnum, which lies above this folder.
+constexpr int localState = 0;
+constexpr int updateState = 3;
+constexpr int uploadFailedState = 5;
+
+/// The server's bare word about a project; nothing when it cannot be had, which is logged.
+std::optional<std::wstring> ServerWord(ZRSmartDB::IZRDatabase* database, const QString& guid)
+{
+    try {
+        const auto reply = std::make_shared<std::wstring>();
+        const std::wstring error = database->GetNetAccess()->GetStatusByProjId(KeyOf(guid), reply).get();
+        if (error.empty())
+            return *reply;
+        qDebug() << "CProjectMgr::GetProjStatus error:" << QString::fromStdWString(error);
+    } catch (const std::exception& exception) {
+        qDebug() << "CProjectMgr::GetProjStatus GetProjStatus error: " << exception.what();
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+bool CProjectMgr::GetProjStatus(const QString& guid, int& state)
+{
+    const auto word = ServerWord(m_projectDB, guid);
+    if (!word)
+        return false;
+    if (*word == L"-1") {
+        state = uploadFailedState;
+        return true;
+    }
+    if (*word == L"2") {
+        state = localState;
+        return true;
+    }
+    if (!IsEmptyOrgNode(m_orgRoot) && hasUpdatedBimProject(guid)) {
+        state = updateState;
+        return true;
+    }
+    int value = 0;
+    if (!m_projectDB->GetProjStatus(KeyOf(guid), m_dataPath.toStdWString(), value))
+        return false;
+    state = value;
+    return true;
+}
+
+int CProjectMgr::GetProjStatus(const QString& guid)
+{
+    int state = localState;
+    GetProjStatus(guid, state);
+    return state;
+}
+
+QString CProjectMgr::GetProjStatusIcon(const QString& guid)
+{
+    static const QStringList icons = {
+        QStringLiteral("qrc:/images/state_ic_unmatched.png"),
+        QStringLiteral("qrc:/images/state_ic_matched.png"),
+        QStringLiteral("qrc:/images/modify.png"),
+        QStringLiteral("qrc:/images/update.png"),
+        QStringLiteral("qrc:/images/conflict.png"),
+        QStringLiteral("qrc:/images/fail.png"),
+    };
+    return icons.value(GetProjStatus(guid));
+}
+
+bool CProjectMgr::GetServerProjStatus(const QString& guid, int& state)
+{
+    const auto word = ServerWord(m_projectDB, guid);
+    if (!word)
+        return false;
+    if (*word == L"0")
+        state = SS_Uploading;
+    else if (*word == L"-1")
+        state = SS_UploadFailed;
+    else if (*word == L"2")
+        state = SS_None;
+    else if (*word == L"1")
+        state = SS_Normal;
+    else if (*word == L"3")
+        state = SS_Converting;
+    return true;
+}
+
+int CProjectMgr::GetServerProjStatus(const QString& guid)
+{
+    int state = SS_None;
+    GetServerProjStatus(guid, state);
+    return state;
+}
+
+bool CProjectMgr::NeedUpgrade(const QString& guid) const
+{
+    return m_projectDB->GetUpgrader()->NeedUpgrade(KeyOf(guid), m_dataPath.toStdWString());
+}
+
+QSet<QString> CProjectMgr::bimSet(const QString& guid) const
+{
+    QSet<QString> guids;
+    if (GetProject(guid) == nullptr)
+        return guids;
+    std::set<ZRSmartFormat::SZRFTGuid> keys;
+    m_projectDB->GetBimProj(KeyOf(guid), m_dataPath.toStdWString(), keys);
+    for (const auto& key : keys)
+        guids.insert(TextOf(key));
+    return guids;
+}
+
+bool CProjectMgr::hasUpdatedBimProject(const QString& guid)
+{
+    const std::wstring dataFolder = m_dataPath.toStdWString();
+    const auto guids = bimSet(guid);
+    for (const auto& bimProject : guids) {
+        int value = 0;
+        static_cast<void>(m_projectDB->GetProjStatus(KeyOf(bimProject), dataFolder, value));
+        if (value == updateState)
+            return true;
+    }
+    return false;
+}
+
+} // namespace TorvoEditor

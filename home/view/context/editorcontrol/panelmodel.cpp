@@ -1,0 +1,294 @@
+// SPDX-License-Identifier: MIT
+#include "view/context/editorcontrol/panelmodel.h"
+
+#include "XHUtility/sorttreemodel.h"
+#include "XHUtility/treemodel.h"
+#include "ZRSmartDB/zrproject.h"
+#include "core/homeapp.h"
+#include "project/localprojectinfomgr.h"
+#include "project/projectmgr.h"
+
+#include <QMap>
+#include <QStandardItem>
+
+namespace TorvoEditor
+{
+
+namespace
+{
+
+const auto sceneType = QLatin1String("CIM");
+const auto bimType = QLatin1String("BIM");
+constexpr int bimTypeFlag = 1;
+constexpr int sceneTypeFlag = 0;
+
+CProjectMgr& ProjectMgr()
+{
+    return *CHomeApp::instance().GetMgr<CProjectMgr>();
+}
+
+const CLocalProjectInfoMgr& LocalProjects()
+{
+    return *CHomeApp::instance().GetMgr<CLocalProjectInfoMgr>();
+}
+
+QString TypeIcon(const QString& type)
+{
+    return type == sceneType ? QStringLiteral("qrc:/images/bar_ic_scene.png")
+                             : QStringLiteral("qrc:/images/bar_ic_bim.png");
+}
+
+/// The row of a project that only this machine knows.
+QVariantMap LocalRow(const QString& guid, const QString& name, const QString& type)
+{
+    return {
+        {QStringLiteral("text1"), name},
+        {QStringLiteral("text2"), guid},
+        {QStringLiteral("image1"), TypeIcon(type)},
+        {QStringLiteral("image2"), QStringLiteral("qrc:/images/state_ic_unmatched.png")},
+    };
+}
+
+QVariantMap RowOf(const QStandardItem* item)
+{
+    return item->data(XHUTILITY::CTreeModel::valueRole).toMap();
+}
+
+void SetRow(QStandardItem* item, const QVariantMap& row)
+{
+    item->setData(row, XHUTILITY::CTreeModel::valueRole);
+}
+
+void SetValue(QStandardItem* item, const QString& key, const QVariant& value)
+{
+    auto row = RowOf(item);
+    row.insert(key, value);
+    SetRow(item, row);
+}
+
+QString NameOf(const ZRSmartDB::IZRProject& project)
+{
+    return QString::fromStdWString(project.GetName());
+}
+
+QString TypeOf(const ZRSmartDB::IZRProject& project)
+{
+    return QString::fromStdWString(project.GetType());
+}
+
+QString DepartmentOf(ZRSmartDB::IZRProject* project)
+{
+    QMap<QString, QString> attributes;
+    ProjectMgr().GetProjExtAttrs(project, attributes);
+    return attributes.value(QStringLiteral("deptId"));
+}
+
+} // namespace
+
+CPanelModel::CPanelModel(QObject* parent) : QObject(parent) {}
+
+CPanelModel::~CPanelModel() = default;
+
+QVariant CPanelModel::treeModel() const
+{
+    return QVariant::fromValue(m_sortModel);
+}
+
+void CPanelModel::filterTree(const QString& strType)
+{
+    if (m_strType == strType)
+        return;
+    m_strType = strType;
+    RebuildTree();
+}
+
+void CPanelModel::InitGrouping()
+{
+    m_bOrgMode = !IsEmptyOrgNode(ProjectMgr().orgRoot());
+    RebuildTree();
+}
+
+void CPanelModel::RebuildTree()
+{
+    if (m_treeModel != nullptr)
+        m_treeModel->clear();
+    // The screens may hold the old pair until they have heard of the new one; it goes with the parent.
+    m_treeModel = new XHUTILITY::CTreeModel(parent());
+    m_sortModel = new XHUTILITY::CSortTreeModel(parent());
+    m_index = CTreeIndex(m_treeModel->invisibleRootItem());
+    m_bimProjCount = 0;
+    m_sceneProjCount = 0;
+
+    const auto& orgRoot = ProjectMgr().orgRoot();
+    if (!m_bOrgMode) {
+        AddServerProjects(m_treeModel->invisibleRootItem(), TorvoSDK::SOrgNode());
+        AddLocalProjects(m_treeModel->invisibleRootItem(), TorvoSDK::SOrgNode());
+    } else if (!IsEmptyOrgNode(orgRoot)) {
+        AddOrgNode(m_treeModel->invisibleRootItem(), orgRoot);
+    }
+
+    // Attached when it is full: the sorted view need not follow each of the insertions.
+    m_sortModel->setSearchKey(QStringLiteral("text1"));
+    m_sortModel->setSourceModel(m_treeModel);
+    m_sortModel->sort(0, Qt::AscendingOrder);
+    emit onTreeModelChanged();
+    emit onBimProjCountChanged();
+    emit onSceneProjCountChanged();
+}
+
+void CPanelModel::AddOrgNode(QStandardItem* parent, const TorvoSDK::SOrgNode& node)
+{
+    auto* item = appendItem(parent, CProjectMgr::MakeOrgRow(node));
+    for (const auto& child : node.children)
+        AddOrgNode(item, child);
+    if (node.canSelect) {
+        AddServerProjects(item, node);
+        AddLocalProjects(item, node);
+    }
+}
+
+void CPanelModel::AddServerProjects(QStandardItem* parent, const TorvoSDK::SOrgNode& node)
+{
+    const bool isDepartment = !IsEmptyOrgNode(node);
+    for (const auto& record : ProjectMgr().serverProjects()) {
+        if (isDepartment && record.customMap.at(L"deptId") != node.id)
+            continue;
+        if (record.type == bimTypeFlag)
+            ++m_bimProjCount;
+        else if (record.type == sceneTypeFlag)
+            ++m_sceneProjCount;
+        if (!m_strType.isEmpty() && m_strType != (record.type == sceneTypeFlag ? sceneType : bimType))
+            continue;
+        appendItem(parent, CProjectMgr::MakeProjectRow(record));
+    }
+}
+
+void CPanelModel::AddLocalProjects(QStandardItem* parent, const TorvoSDK::SOrgNode& node)
+{
+    const bool isDepartment = !IsEmptyOrgNode(node);
+    for (const auto& guid : LocalProjects().projectGuids()) {
+        auto* project = ProjectMgr().GetProject(guid);
+        if (project == nullptr)
+            continue;
+        if (isDepartment && DepartmentOf(project) != QString::fromStdWString(node.id))
+            continue;
+        const QString type = TypeOf(*project);
+        if (auto* item = m_index.find(guid)) {
+            auto row = RowOf(item);
+            row.insert(QStringLiteral("image2"), ProjectMgr().GetProjStatusIcon(guid));
+            row.insert(QStringLiteral("text1"), NameOf(*project));
+            SetRow(item, row);
+            continue;
+        }
+        (type == bimType ? m_bimProjCount : m_sceneProjCount) += 1;
+        if (m_strType.isEmpty() || m_strType == type)
+            appendItem(parent, LocalRow(guid, NameOf(*project), type));
+    }
+}
+
+void CPanelModel::AddItem(const QString& guid)
+{
+    auto* project = ProjectMgr().GetProject(guid);
+    if (project == nullptr)
+        return;
+    const QString type = TypeOf(*project);
+    auto* parent = m_treeModel->invisibleRootItem();
+    if (m_bOrgMode) {
+        parent = m_index.find(DepartmentOf(project));
+        if (parent == nullptr || parent == m_treeModel->invisibleRootItem())
+            return;
+    } else if (!m_strType.isEmpty() && m_strType != type) {
+        return;
+    }
+    appendItem(parent, LocalRow(guid, NameOf(*project), type));
+    changeCount(type, 1);
+    m_sortModel->sort(0, Qt::AscendingOrder);
+}
+
+void CPanelModel::AddNeedUpgradeItem(const QString& guid, const QString& name)
+{
+    if (m_bOrgMode) {
+        AddItem(guid);
+        return;
+    }
+    if (!m_strType.isEmpty() && m_strType != sceneType)
+        return;
+    auto row = LocalRow(guid, name, sceneType);
+    row.insert(QStringLiteral("needUpgrade"), true);
+    changeCount(sceneType, 1);
+    appendItem(m_treeModel->invisibleRootItem(), row);
+    m_sortModel->sort(0, Qt::AscendingOrder);
+}
+
+void CPanelModel::UpdateItem(const QString& guid)
+{
+    auto* item = m_index.find(guid);
+    if (item == nullptr)
+        return;
+    auto row = RowOf(item);
+    row.insert(QStringLiteral("image2"), ProjectMgr().GetProjStatusIcon(guid));
+    if (const auto* project = ProjectMgr().GetProject(guid))
+        row.insert(QStringLiteral("text1"), NameOf(*project));
+    else if (ProjectMgr().NeedUpgrade(guid))
+        row.insert(QStringLiteral("needUpgrade"), QStringLiteral("true"));
+    SetRow(item, row);
+}
+
+void CPanelModel::ClearStateIcon(const QString& guid)
+{
+    if (auto* item = m_index.find(guid))
+        SetValue(item, QStringLiteral("image2"), QString(QLatin1String("")));
+}
+
+void CPanelModel::RenameItem(const QString& guid, const QString& name)
+{
+    if (auto* item = m_index.find(guid))
+        SetValue(item, QStringLiteral("text1"), name);
+}
+
+void CPanelModel::RemoveItem(const QString& guid)
+{
+    auto* item = m_index.find(guid);
+    if (item == nullptr || item == m_treeModel->invisibleRootItem())
+        return;
+    m_index.remove(item);
+    auto* parent = item->parent() != nullptr ? item->parent() : m_treeModel->invisibleRootItem();
+    parent->removeRow(item->row());
+    if (const auto* project = ProjectMgr().GetProject(guid))
+        changeCount(TypeOf(*project), -1);
+}
+
+bool CPanelModel::HasItem(const QString& guid) const
+{
+    return m_index.find(guid) != nullptr;
+}
+
+void CPanelModel::RefreshStateIcons()
+{
+    for (const auto& guid : LocalProjects().projectGuids()) {
+        if (auto* item = m_index.find(guid))
+            SetValue(item, QStringLiteral("image2"), ProjectMgr().GetProjStatusIcon(guid));
+    }
+}
+
+QStandardItem* CPanelModel::appendItem(QStandardItem* parent, const QVariantMap& row)
+{
+    auto* item = new QStandardItem;
+    SetRow(item, row);
+    parent->appendRow(item);
+    m_index.add(item);
+    return item;
+}
+
+void CPanelModel::changeCount(const QString& type, int difference)
+{
+    if (type == bimType) {
+        m_bimProjCount += difference;
+        emit onBimProjCountChanged();
+    } else {
+        m_sceneProjCount += difference;
+        emit onSceneProjCountChanged();
+    }
+}
+
+} // namespace TorvoEditor

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#include "native/nativewindow.h"
+
+#include <windows.h>
+
+namespace Native
+{
+
+namespace
+{
+
+HWND Handle(WindowId window)
+{
+    return reinterpret_cast<HWND>(static_cast<std::uintptr_t>(window));
+}
+
+} // namespace
+
+bool SetParent(WindowId child, WindowId parent)
+{
+    return ::SetParent(Handle(child), Handle(parent)) != nullptr;
+}
+
+bool MoveWindow(WindowId window, int x, int y, int width, int height, bool repaint)
+{
+    return ::MoveWindow(Handle(window), x, y, width, height, repaint ? TRUE : FALSE) != FALSE;
+}
+
+std::string LastErrorText()
+{
+    const DWORD code = ::GetLastError();
+    if (code == 0)
+        return {};
+    char* buffer = nullptr;
+    constexpr DWORD flags =
+        FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
+    const DWORD length =
+        ::FormatMessageA(flags, nullptr, code, MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT),
+                         reinterpret_cast<char*>(&buffer), 0, nullptr);
+    std::string text(buffer, length);
+    ::LocalFree(buffer);
+    return text;
+}
+
+bool GetCursorPos(Point& point)
+{
+    POINT position{};
+    if (::GetCursorPos(&position) == FALSE)
+        return false;
+    point = {static_cast<int>(position.x), static_cast<int>(position.y)};
+    return true;
+}
+
+bool SetCursorPos(int x, int y)
+{
+    return ::SetCursorPos(x, y) != FALSE;
+}
+
+} // namespace Native

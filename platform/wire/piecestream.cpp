@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: MIT
+#include "wire/piecestream.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+#include <zstd.h>
+
+namespace wire
+{
+
+namespace
+{
+
+constexpr std::uint32_t compressedBit = 1U << 31U;
+constexpr std::size_t headerSize = 4;
+constexpr int compressionLevel = 3;
+
+struct FreeCompression {
+    void operator()(ZSTD_CCtx* context) const { ZSTD_freeCCtx(context); }
+};
+
+void AppendHeader(std::string& frame, std::uint32_t header)
+{
+    for (unsigned shift = 0; shift < 32; shift += 8)
+        frame += static_cast<char>(header >> shift & 0xFFU);
+}
+
+std::uint32_t HeaderOf(std::span<const std::byte> frame)
+{
+    std::uint32_t header = 0;
+    for (std::size_t i = headerSize; i > 0; --i)
+        header = header << 8U | std::to_integer<std::uint32_t>(frame[i - 1]);
+    return header;
+}
+
+} // namespace
+
+std::string FramedPiece(std::span<const std::byte> bytes)
+{
+    thread_local const std::unique_ptr<ZSTD_CCtx, FreeCompression> context(ZSTD_createCCtx());
+    std::string packed(ZSTD_compressBound(bytes.size()), '\0');
+    const auto packedSize = ZSTD_compressCCtx(context.get(), packed.data(), packed.size(), bytes.data(), bytes.size(),
+                                              compressionLevel);
+    std::string frame;
+    if (ZSTD_isError(packedSize) == 0 && packedSize < bytes.size() - bytes.size() / 10) {
+        AppendHeader(frame, static_cast<std::uint32_t>(packedSize) | compressedBit);
+        frame.append(packed, 0, packedSize);
+    } else {
+        AppendHeader(frame, static_cast<std::uint32_t>(bytes.size()));
+        frame.append(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    }
+    return frame;
+}
+
+PieceStreamReader::PieceStreamReader(PieceTaker take) : m_take(std::move(take)) {}
+
+bool PieceStreamReader::feed(std::span<const std::byte> bytes)
+{
+    while (!m_failed && !bytes.empty()) {
+        if (m_pending.empty() && bytes.size() >= headerSize) {
+            // The common case: a whole frame lies in what came, and need not be copied.
+            const std::uint32_t header = HeaderOf(bytes);
+            const std::size_t frameSize = headerSize + (header & ~compressedBit);
+            if (frameSize <= bytes.size()) {
+                m_failed = !takeFrame(header, bytes.subspan(headerSize, frameSize - headerSize));
+                bytes = bytes.subspan(frameSize);
+                continue;
+            }
+        }
+        const std::size_t known = m_pending.size();
+        std::size_t wanted = headerSize;
+        if (known >= headerSize)
+            wanted += HeaderOf(m_pending) & ~compressedBit;
+        if (wanted > headerSize + maximumPieceSize) {
+            m_failed = true;
+            break;
+        }
+        const std::size_t taken = std::min(wanted - known, bytes.size());
+        m_pending.insert(m_pending.end(), bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(taken));
+        bytes = bytes.subspan(taken);
+        if (m_pending.size() < wanted || wanted == headerSize)
+            continue;
+        m_failed = !takeFrame(HeaderOf(m_pending), std::span(m_pending).subspan(headerSize));
+        m_pending.clear();
+    }
+    return !m_failed;
+}
+
+bool PieceStreamReader::takeFrame(std::uint32_t header, std::span<const std::byte> stored)
+{
+    if (stored.empty() || stored.size() > maximumPieceSize)
+        return false;
+    if ((header & compressedBit) == 0) {
+        m_take(stored);
+        return true;
+    }
+    const auto size = ZSTD_getFrameContentSize(stored.data(), stored.size());
+    if (size == ZSTD_CONTENTSIZE_UNKNOWN || size == ZSTD_CONTENTSIZE_ERROR || size == 0 || size > maximumPieceSize)
+        return false;
+    m_unpacked.resize(static_cast<std::size_t>(size));
+    const auto unpackedSize = ZSTD_decompress(m_unpacked.data(), m_unpacked.size(), stored.data(), stored.size());
+    if (ZSTD_isError(unpackedSize) != 0 || unpackedSize != size)
+        return false;
+    m_take(m_unpacked);
+    return true;
+}
+
+} // namespace wire
