@@ -44,8 +44,9 @@ json JsonObjectOf(const std::string& text)
 
 TextMap TextMapOf(const std::string& text)
 {
+    const auto object = JsonObjectOf(text);
     TextMap map;
-    for (const auto& [key, value] : JsonObjectOf(text).items()) {
+    for (const auto& [key, value] : object.items()) {
         if (value.is_string())
             map[key] = value.get<std::string>();
     }
