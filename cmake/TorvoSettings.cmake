@@ -70,5 +70,5 @@ function(torvo_test name part)
     add_test(NAME ${part}.${name} COMMAND ${launcher} $<TARGET_FILE:${name}>
         WORKING_DIRECTORY ${CMAKE_BINARY_DIR}/tests/${part}/${name})
     set_tests_properties(${part}.${name} PROPERTIES LABELS ${part} TIMEOUT ${ARG_TIMEOUT}
-        ENVIRONMENT "QT_QPA_PLATFORM=${platform};LC_ALL=C.UTF-8;LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/lsan.supp;${ARG_ENV}")
+        ENVIRONMENT "QT_QPA_PLATFORM=${platform};QT_QUICK_BACKEND=software;LC_ALL=C.UTF-8;LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/lsan.supp;${ARG_ENV}")
 endfunction()
