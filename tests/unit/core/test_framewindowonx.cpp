@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The home window on a real window system, without a window manager: what is asked of it happens as asked. Runs on
-// a screen of ordinary and on one of double resolution.
+// The home window on a real window system, without a window manager: what is asked of it happens as asked.
+// Runs on a screen of ordinary and on one of double resolution.
 #include "core/framewindow.h"
 
 #include "fakes/startedhome.h"
