@@ -11,6 +11,17 @@
 namespace Fakes
 {
 
+namespace
+{
+
+QByteArray NoteOf(const QString& fileName)
+{
+    QFile file(qEnvironmentVariable("TESTCHILD_LOG") + QLatin1Char('/') + fileName);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace
+
 QList<qint64> RunningChildren()
 {
     const QString child = QCoreApplication::applicationDirPath() + QStringLiteral("/TorvoEditorTab.exe");
@@ -28,10 +39,12 @@ QList<qint64> RunningChildren()
 
 QStringList ReceivedBy(const QString& tabName)
 {
-    QFile file(qEnvironmentVariable("TESTCHILD_LOG") + QLatin1Char('/') + tabName);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    return QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    return QString::fromUtf8(NoteOf(tabName)).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+QByteArray StartMessageOf(const QString& tabName)
+{
+    return NoteOf(tabName + QLatin1String(".start"));
 }
 
 QStringList OperatorsReceivedBy(const QString& tabName)

@@ -15,7 +15,10 @@ namespace Fakes
 /// TESTCHILD_LOG names.
 [[nodiscard]] QStringList ReceivedBy(const QString& tabName);
 
-/// Of these, the values of "operator" alone.
+/// The start message of the tab's child as it came, empty as long as it has not started.
+[[nodiscard]] QByteArray StartMessageOf(const QString& tabName);
+
+/// Of what a child has been sent, the values of "operator" alone.
 [[nodiscard]] QStringList OperatorsReceivedBy(const QString& tabName);
 
 } // namespace Fakes

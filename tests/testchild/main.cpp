@@ -5,7 +5,6 @@
 #include <cstdio>
 
 #include <QGuiApplication>
-#include <QJsonDocument>
 
 #include <sys/prctl.h>
 
@@ -19,8 +18,7 @@ int main(int argc, char** argv)
     }
     // On its outputs stands what its part says and nothing else.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
-    const auto startMessage = QJsonDocument::fromJson(argv[1]).object();
     QGuiApplication app(argc, argv);
-    const TestChild child(startMessage);
+    const TestChild child{QByteArray(argv[1])};
     return QGuiApplication::exec();
 }

@@ -36,11 +36,13 @@ QByteArray Json(const QString& key, const QString& value)
 
 } // namespace
 
-TestChild::TestChild(const QJsonObject& startMessage)
-    : m_tabName(startMessage.value("tabName").toString())
-    , m_serverName(startMessage.value("ipcServer").toString())
-    , m_steps(startMessage.value("epName").toString().split(';', Qt::SkipEmptyParts))
+TestChild::TestChild(const QByteArray& startMessage)
 {
+    const auto message = QJsonDocument::fromJson(startMessage).object();
+    m_tabName = message.value("tabName").toString();
+    m_serverName = message.value("ipcServer").toString();
+    m_steps = message.value("epName").toString().split(';', Qt::SkipEmptyParts);
+    note(m_tabName + ".start", startMessage);
     QMetaObject::invokeMethod(this, &TestChild::playOn, Qt::QueuedConnection);
 }
 
@@ -157,7 +159,7 @@ void TestChild::onReadyRead(QLocalSocket* socket)
 void TestChild::take(const QByteArray& payload)
 {
     const auto message = QJsonDocument::fromJson(payload).object();
-    note(QJsonDocument(message).toJson(QJsonDocument::Compact));
+    note(m_tabName, QJsonDocument(message).toJson(QJsonDocument::Compact) + '\n');
     const QString what = message.value("operator").toString();
     if (!m_isDeaf && what == "quitRequest")
         send(Json("quitResponse", m_tabName));
@@ -181,12 +183,12 @@ void TestChild::onDisconnected()
         std::_Exit(0);
 }
 
-void TestChild::note(const QByteArray& payload) const
+void TestChild::note(const QString& fileName, const QByteArray& text) const
 {
     const QString folder = qEnvironmentVariable("TESTCHILD_LOG");
     if (folder.isEmpty())
         return;
-    QFile file(folder + '/' + m_tabName);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Append) || file.write(payload + '\n') < 0)
+    QFile file(folder + '/' + fileName);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Append) || file.write(text) < 0)
         Fail("cannot write the log");
 }

@@ -39,7 +39,7 @@ class TestChild : public QObject
     Q_OBJECT
 
 public:
-    explicit TestChild(const QJsonObject& startMessage);
+    explicit TestChild(const QByteArray& startMessage);
 
 private:
     void playOn();
@@ -52,7 +52,7 @@ private:
     void onReadyRead(QLocalSocket* socket);
     void take(const QByteArray& payload);
     void onDisconnected();
-    void note(const QByteArray& payload) const;
+    void note(const QString& fileName, const QByteArray& text) const;
 
     QString m_tabName;
     QString m_serverName;

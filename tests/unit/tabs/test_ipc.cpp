@@ -49,6 +49,7 @@ private slots:
     void sendToANameThatIsNotThereDoesNothing();
     void unnamedConnectionCannotBeAddressed();
     void sendAllReachesEveryNamedConnection();
+    void sendAllToConnectionsThatHaveJustGoneReachesTheOthers();
     void endOfANamedConnectionIsTold();
     void endOfAnUnnamedConnectionIsOnlyLogged();
     void nameOfAnEndedConnectionCanBeTakenAgain();
@@ -233,6 +234,21 @@ void TestIpc::sendAllReachesEveryNamedConnection()
     QTRY_COMPARE(second->bytesAvailable(), qint64(10));
     QCOMPARE(first->readAll(), MakeFrame("to all"));
     QCOMPARE(second->readAll(), MakeFrame("to all"));
+}
+
+void TestIpc::sendAllToConnectionsThatHaveJustGoneReachesTheOthers()
+{
+    QSignalSpy ended(m_ipc.get(), &CIPC::disconnected);
+    std::vector<std::unique_ptr<QLocalSocket>> gone;
+    for (const char* name : {"a", "b", "c", "d", "e", "f"})
+        gone.push_back(connectedAs(name));
+    const auto left = connectedAs("g");
+    // Nothing has been heard of their end when the message goes out.
+    gone.clear();
+    m_ipc->SendAll("x");
+    m_ipc->Send("a", "x");
+    QTRY_COMPARE(ended.count(), 6);
+    QTRY_COMPARE(left->bytesAvailable(), qint64(5));
 }
 
 void TestIpc::endOfANamedConnectionIsTold()
