@@ -285,7 +285,8 @@ void TestTabReports::badJsonIsLoggedAndIgnored_data()
     QTest::addColumn<QString>("reason");
     QTest::newRow("noise") << QByteArray("\x01\xFF", 2) << "illegal value";
     QTest::newRow("cut") << QByteArray(R"({"winid": "4)") << "unterminated string";
-    QTest::newRow("nothing behind a comma") << QByteArray(R"({"winid": "4",})") << "object is missing after a comma";
+    QTest::newRow("nothing behind a comma")
+        << QByteArray(R"({"winid": "4",})") << "object is missing after a comma";
 }
 
 void TestTabReports::badJsonIsLoggedAndIgnored()
