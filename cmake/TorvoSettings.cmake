@@ -47,17 +47,28 @@ endfunction()
 
 # torvo_test(NAME PART SOURCES... LINK...): one Qt Test program, run by ctest under the label PART (unit, qml,
 # system). Each lies in a folder of its own, since many of the classes keep files beside the program.
-# ENV adds environment settings, TIMEOUT seconds (default 120).
+# ENV adds environment settings, TIMEOUT seconds (default 120). X gives it an X server of its own, WM a window
+# manager on it too; without either it runs offscreen.
 function(torvo_test name part)
-    cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LINK;ENV" ${ARGN})
+    cmake_parse_arguments(ARG "X;WM" "TIMEOUT" "SOURCES;LINK;ENV" ${ARGN})
     if(NOT ARG_TIMEOUT)
         set(ARG_TIMEOUT 120)
+    endif()
+    set(launcher "")
+    set(platform offscreen)
+    if(ARG_X OR ARG_WM)
+        set(launcher ${CMAKE_SOURCE_DIR}/tests/with-x)
+        set(platform xcb)
+    endif()
+    if(ARG_WM)
+        list(APPEND launcher --wm)
     endif()
     add_executable(${name} ${ARG_SOURCES})
     torvo_own_code(${name})
     target_link_libraries(${name} PRIVATE ${ARG_LINK} Qt5::Test)
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests/${part}/${name})
-    add_test(NAME ${part}.${name} COMMAND ${name} WORKING_DIRECTORY ${CMAKE_BINARY_DIR}/tests/${part}/${name})
+    add_test(NAME ${part}.${name} COMMAND ${launcher} $<TARGET_FILE:${name}>
+        WORKING_DIRECTORY ${CMAKE_BINARY_DIR}/tests/${part}/${name})
     set_tests_properties(${part}.${name} PROPERTIES LABELS ${part} TIMEOUT ${ARG_TIMEOUT}
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/lsan.supp;${ARG_ENV}")
+        ENVIRONMENT "QT_QPA_PLATFORM=${platform};QT_QUICK_BACKEND=software;LC_ALL=C.UTF-8;LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/lsan.supp;${ARG_ENV}")
 endfunction()

@@ -29,8 +29,8 @@ QObject* MakeTools(QQmlEngine* /*engine*/, QJSEngine* /*scriptEngine*/)
     return new Tools;
 }
 
-/// Writes the restart script beside the program and starts it. A file that cannot be written is logged; the start
-/// then finds nothing, and the process ends all the same.
+/// Writes the restart script beside the program and starts it. A file that cannot be written is logged; the
+/// start then finds nothing, and the process ends all the same.
 void StartRestartScript()
 {
     const QString applicationDir = QDir(QCoreApplication::applicationDirPath()).absolutePath();
@@ -48,7 +48,9 @@ void StartRestartScript()
 
 } // namespace
 
-CFrameWindow::CFrameWindow(QWindow* parent) : QQuickView(parent), m_wasMaxed(windowState() == Qt::WindowMaximized)
+CFrameWindow::CFrameWindow(QWindow* parent)
+    : QQuickView(parent)
+    , m_wasMaxed(windowState() == Qt::WindowMaximized)
 {
     qmlRegisterSingletonType<Tools>("Tools", 1, 0, "Tools", MakeTools);
     rootContext()->setContextProperty(QStringLiteral("rootView"), this);

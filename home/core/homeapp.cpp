@@ -15,7 +15,6 @@
 #include "view/context/editorcontrol/gridviewcontroller.h"
 
 #include <algorithm>
-#include <iterator>
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -28,27 +27,36 @@ namespace TorvoEditor
 namespace
 {
 
-struct Visit {
-    std::uint8_t priority; ///< 3 server access, 4 local store, 5 controllers, 6 what builds on those
+/// A manager as the table knows it.
+struct MgrRow {
+    CHomeApp::Place place;
     std::type_index type;
+    std::shared_ptr<IMgrObj> (*make)();
 };
 
-/// The order in which every pass visits the managers.
-const std::vector<Visit>& VisitOrder()
+template<class Manager>
+MgrRow Row(CHomeApp::Place place)
 {
-    static const std::vector<Visit> order = {
-        {3, typeid(CProjectMgr)},         {4, typeid(CLocalProjectInfoMgr)}, {5, typeid(CTabMgr)},
-        {5, typeid(CGridViewController)}, {5, typeid(CEditorControl)},       {5, typeid(CMessageBoxMgr)},
-        {6, typeid(CServiceConvertMgr)},
-    };
-    return order;
+    return {place, typeid(Manager), []() -> std::shared_ptr<IMgrObj> { return std::make_shared<Manager>(); }};
 }
 
-std::size_t VisitPosition(std::type_index type)
+/// All managers, in the order of creation: a constructor may rely on the managers above it only. Beside each
+/// its place in the passes: priority 3 is server access, 4 the local store, 5 controllers, 6 what builds on
+/// those. The numbers within a priority have gaps for managers that are still to come.
+const std::vector<MgrRow>& MgrTable()
 {
-    const auto& order = VisitOrder();
-    const auto found = std::find_if(order.begin(), order.end(), [&](const Visit& visit) { return visit.type == type; });
-    return static_cast<std::size_t>(std::distance(order.begin(), found));
+    // clang-format off
+    static const std::vector<MgrRow> table = {
+        Row<CGridViewController>({5, 5}),
+        Row<CProjectMgr>({3, 1}),
+        Row<CLocalProjectInfoMgr>({4, 1}),
+        Row<CEditorControl>({5, 6}),
+        Row<CTabMgr>({5, 1}),
+        Row<CMessageBoxMgr>({5, 7}),
+        Row<CServiceConvertMgr>({6, 1}),
+    };
+    // clang-format on
+    return table;
 }
 
 void SetSessionProperties(const TorvoSDK::CTorvoSession& session)
@@ -70,7 +78,8 @@ bool IsPathWithoutServer(const std::wstring& address)
 
 bool LogIn(const TorvoSDK::CTorvoSession& session)
 {
-    EditorCommon::KYVApi::init(QString::fromStdWString(session.serverAddr), QString::fromStdWString(session.token));
+    EditorCommon::KYVApi::init(QString::fromStdWString(session.serverAddr),
+                               QString::fromStdWString(session.token));
     auto* director = ZRSmartDB::GetIDBDirector();
     if (!director->SetServer(session.serverAddr))
         return false;
@@ -107,7 +116,8 @@ bool CHomeApp::Init(const TorvoSDK::CTorvoSession& session)
 
 void CHomeApp::RegisterContext(QQmlContext* context)
 {
-    context->setContextProperty(QStringLiteral("appPath"), QDir(QCoreApplication::applicationDirPath()).absolutePath());
+    context->setContextProperty(QStringLiteral("appPath"),
+                                QDir(QCoreApplication::applicationDirPath()).absolutePath());
     ForEachMgr([context](IMgrObj* mgr) { mgr->RegisterContext(context); });
 }
 
@@ -140,31 +150,19 @@ IMgrObj* CHomeApp::findMgr(std::type_index type) const
 
 void CHomeApp::createMgrs()
 {
-    // The order of creation: a constructor may rely on the managers above it only.
-    addMgr<CGridViewController>();
-    addMgr<CProjectMgr>();
-    addMgr<CLocalProjectInfoMgr>();
-    addMgr<CEditorControl>();
-    addMgr<CTabMgr>();
-    addMgr<CMessageBoxMgr>();
-    addMgr<CServiceConvertMgr>();
+    for (const auto& row : MgrTable())
+        putMgr({row.place, row.type, row.make()});
 }
 
-template<class Manager>
-void CHomeApp::addMgr()
+void CHomeApp::putMgr(Entry entry)
 {
-    putMgr(typeid(Manager), std::make_shared<Manager>());
-}
-
-void CHomeApp::putMgr(std::type_index type, std::shared_ptr<IMgrObj> mgr)
-{
-    const auto position = VisitPosition(type);
-    const auto place = std::find_if(m_mgrs.begin(), m_mgrs.end(),
-                                    [&](const Entry& entry) { return VisitPosition(entry.type) >= position; });
-    if (place != m_mgrs.end() && place->type == type)
-        place->mgr = std::move(mgr);
+    const auto place =
+        std::lower_bound(m_mgrs.begin(), m_mgrs.end(), entry,
+                         [](const Entry& left, const Entry& right) { return left.place < right.place; });
+    if (place != m_mgrs.end() && place->type == entry.type)
+        *place = std::move(entry);
     else
-        m_mgrs.insert(place, {VisitOrder()[position].priority, type, std::move(mgr)});
+        m_mgrs.insert(place, std::move(entry));
 }
 
 } // namespace TorvoEditor

@@ -8,6 +8,7 @@
 #include <memory>
 #include <typeindex>
 #include <typeinfo>
+#include <utility>
 #include <vector>
 
 class QQmlContext;
@@ -30,6 +31,9 @@ class CFrameWindow;
 class CHomeApp
 {
 public:
+    /// Where a manager stands in every pass: its priority, then its position within that priority.
+    using Place = std::pair<std::uint8_t, std::uint8_t>;
+
     /// Made on first use, destroyed at process end.
     static CHomeApp& instance();
 
@@ -65,7 +69,7 @@ public:
 
 private:
     struct Entry {
-        std::uint8_t priority;
+        Place place;
         std::type_index type;
         std::shared_ptr<IMgrObj> mgr;
     };
@@ -74,9 +78,7 @@ private:
 
     [[nodiscard]] IMgrObj* findMgr(std::type_index type) const;
     void createMgrs();
-    template<class Manager>
-    void addMgr();
-    void putMgr(std::type_index type, std::shared_ptr<IMgrObj> mgr);
+    void putMgr(Entry entry);
 
     std::vector<Entry> m_mgrs; ///< in the order of visit
 };

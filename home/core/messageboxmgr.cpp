@@ -2,6 +2,7 @@
 #include "core/messageboxmgr.h"
 
 #include "TorvoSDK/torvosdkplugin.h"
+#include "core/corelog.h"
 #include "core/homeapp.h"
 #include "tabs/tab.h"
 #include "tabs/tabmgr.h"
@@ -11,7 +12,10 @@
 namespace TorvoEditor
 {
 
-CMessageBoxMgr::CMessageBoxMgr(QObject* parent) : QObject(parent) {}
+CMessageBoxMgr::CMessageBoxMgr(QObject* parent)
+    : QObject(parent)
+{
+}
 
 void CMessageBoxMgr::Init()
 {
@@ -28,36 +32,36 @@ void CMessageBoxMgr::RegisterContext(QQmlContext* context)
 
 void CMessageBoxMgr::OnInfo(QString text)
 {
-    auto* tabMgr = CHomeApp::instance().GetMgr<CTabMgr>();
-    const QString currentTab = tabMgr->tab()->currentTab();
-    if (currentTab == mainTabName)
-        emit sigShowTip(QStringLiteral("提示"), text);
-    else
-        tabMgr->SendInfo(text, currentTab);
+    tell(QStringLiteral("提示"), text, &CTabMgr::SendInfo);
 }
 
 void CMessageBoxMgr::OnWarn(QString text)
 {
-    auto* tabMgr = CHomeApp::instance().GetMgr<CTabMgr>();
-    const QString currentTab = tabMgr->tab()->currentTab();
-    if (currentTab == mainTabName)
-        emit sigShowTip(QStringLiteral("警告"), text);
-    else
-        tabMgr->SendWarn(text, currentTab);
+    tell(QStringLiteral("警告"), text, &CTabMgr::SendWarn);
 }
 
 void CMessageBoxMgr::OnError(QString text)
 {
+    tell(QStringLiteral("出错"), text, &CTabMgr::SendError);
+}
+
+void CMessageBoxMgr::tell(const QString& title, const QString& text, SendToTab send)
+{
     auto* tabMgr = CHomeApp::instance().GetMgr<CTabMgr>();
-    const QString currentTab = tabMgr->tab()->currentTab();
-    if (currentTab == mainTabName)
-        emit sigShowTip(QStringLiteral("出错"), text);
+    const auto* tab = tabMgr != nullptr ? tabMgr->tab() : nullptr;
+    if (tab == nullptr || tab->currentTab() == mainTabName)
+        emit sigShowTip(title, text);
     else
-        tabMgr->SendError(text, currentTab);
+        (tabMgr->*send)(text, tab->currentTab());
 }
 
 bool CMessageBoxMgr::ShowCheckBox(const QString& title, const QString& text)
 {
+    if (m_loop.isRunning()) {
+        qCWarning(lcCore) << "a question is open already, this one counts as answered with no:" << text;
+        return false;
+    }
+    m_result = false;
     emit sigCheckBox(title, text);
     m_loop.exec();
     return m_result;

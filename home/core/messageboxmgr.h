@@ -10,6 +10,8 @@
 namespace TorvoEditor
 {
 
+class CTabMgr;
+
 /// The one way to put a message in front of the user. Published as "messageBoxMgr". GUI thread.
 ///
 /// The host's messages come in here too and go to where the user is looking: to the home screen, or to the
@@ -30,7 +32,9 @@ public:
     void OnError(QString text) override;
 
     /// Asks a question with two buttons and waits in a nested event loop. True for yes. A tip that comes
-    /// meanwhile takes the question's place, and its button answers yes.
+    /// meanwhile takes the question's place, and its button answers yes. While a question is open a second
+    /// one is not asked and gives false: its answer could not be told from the first one's. The end of the
+    /// program answers no.
     [[nodiscard]] bool ShowCheckBox(const QString& title, const QString& text);
 
     /// The user has pressed a button of the message box: true for yes.
@@ -42,6 +46,11 @@ signals:
     void sigCheckBox(const QString& title, const QString& text);
 
 private:
+    using SendToTab = void (CTabMgr::*)(const QString& text, const QString& tabName);
+
+    /// Where the user is looking: a tip on the home screen, else a message to the current tab's child.
+    void tell(const QString& title, const QString& text, SendToTab send);
+
     QEventLoop m_loop;
     bool m_result = false;
 };

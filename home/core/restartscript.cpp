@@ -8,7 +8,8 @@ namespace TorvoEditor
 
 QString HostPath(const QString& applicationDir)
 {
-    return QDir(applicationDir + QStringLiteral("/../../shell")).absolutePath() + QStringLiteral("/KYVShell.exe");
+    return QDir(applicationDir + QStringLiteral("/../../shell")).absolutePath() +
+           QStringLiteral("/KYVShell.exe");
 }
 
 QString RestartBatchText(const QString& hostPath)
@@ -21,7 +22,8 @@ QString RestartShellText(const QString& hostPath, qint64 processId)
 {
     auto quotedHost = hostPath;
     quotedHost.replace(QLatin1Char('\''), QLatin1String("'\\''"));
-    // A process that has left but has not been collected by its parent still has its number; it counts as gone.
+    // A process that has left but has not been collected by its parent still has its number; it counts as
+    // gone.
     return QStringLiteral("#!/bin/sh\n"
                           "sleep 2\n"
                           "while [ -e /proc/%1/status ] && ! grep -q '^State:.Z' /proc/%1/status; do\n"

@@ -8,7 +8,10 @@
 namespace TorvoEditor
 {
 
-Tools::Tools(QObject* parent) : QObject(parent) {}
+Tools::Tools(QObject* parent)
+    : QObject(parent)
+{
+}
 
 QString Tools::toLocalFile(const QString& urlStr) const
 {

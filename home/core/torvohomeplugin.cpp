@@ -16,7 +16,10 @@ struct TorvoHomePluginPrivate {
     CFrameWindow* window = nullptr;
 };
 
-TorvoHomePlugin::TorvoHomePlugin() : m_private(new (std::nothrow) TorvoHomePluginPrivate) {}
+TorvoHomePlugin::TorvoHomePlugin()
+    : m_private(new (std::nothrow) TorvoHomePluginPrivate)
+{
+}
 
 TorvoHomePlugin::~TorvoHomePlugin()
 {
@@ -27,7 +30,7 @@ TorvoHomePlugin::~TorvoHomePlugin()
     m_private = nullptr;
 }
 
-// Hosts hold the plugin by value and rely on the assignment sharing the record.
+// Hosts rely on the assignment sharing the record.
 // NOLINTNEXTLINE(bugprone-unhandled-self-assignment,cert-oop54-cpp)
 TorvoHomePlugin& TorvoHomePlugin::operator=(const TorvoHomePlugin& other)
 {
@@ -37,6 +40,8 @@ TorvoHomePlugin& TorvoHomePlugin::operator=(const TorvoHomePlugin& other)
 
 void TorvoHomePlugin::Init(TorvoSDK::ITorvoSDKPlugin* plugin, const TorvoSDK::CTorvoSession& session)
 {
+    if (m_private == nullptr)
+        return;
     QGuiApplication::setQuitOnLastWindowClosed(true);
     auto& app = CHomeApp::instance();
     app.m_plugin = plugin;
@@ -51,7 +56,8 @@ void TorvoHomePlugin::Init(TorvoSDK::ITorvoSDKPlugin* plugin, const TorvoSDK::CT
 
 void TorvoHomePlugin::UnInit()
 {
-    delete std::exchange(m_private->window, nullptr);
+    if (m_private != nullptr)
+        delete std::exchange(m_private->window, nullptr);
     CHomeApp::instance().UnInit();
 }
 

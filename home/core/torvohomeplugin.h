@@ -30,6 +30,7 @@ class TORVOHOME_EXPORT TorvoHomePlugin
 public:
     TorvoHomePlugin();
     ~TorvoHomePlugin();
+    TorvoHomePlugin(const TorvoHomePlugin&) = delete;
 
     /// Copies the pointer to the private record as it stands. Two objects then share one record, and the
     /// first destructor frees it; the host's binary interface has it so.

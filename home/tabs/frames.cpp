@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tabs/frames.h"
 
-#include <QDataStream>
 #include <QtEndian>
 
 namespace TorvoEditor
@@ -16,9 +15,8 @@ constexpr quint32 headerSize = 4;
 
 QByteArray MakeFrame(const QByteArray& payload)
 {
-    QByteArray frame;
-    QDataStream header(&frame, QIODevice::WriteOnly);
-    header << static_cast<quint32>(payload.size());
+    QByteArray frame(static_cast<int>(headerSize), Qt::Uninitialized);
+    qToBigEndian(static_cast<quint32>(payload.size()), frame.data());
     return frame + payload;
 }
 
@@ -29,12 +27,10 @@ QList<QByteArray> CutFrames(const QByteArray& bytes)
     quint32 consumed = 0;
     while (consumed + headerSize < size) {
         const auto length = qFromBigEndian<quint32>(bytes.constData() + consumed);
-        const quint32 left = size - consumed;
-        // The second comparison catches lengths that wrap around when the header is added.
-        if (length == 0 || length + headerSize > left || length > left)
+        if (length == 0 || length > size - consumed - headerSize)
             break;
         frames.append(bytes.mid(static_cast<int>(consumed + headerSize), static_cast<int>(length)));
-        consumed += length + headerSize;
+        consumed += headerSize + length;
     }
     return frames;
 }

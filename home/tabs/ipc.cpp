@@ -2,6 +2,7 @@
 #include "tabs/ipc.h"
 
 #include "tabs/frames.h"
+#include "tabs/tabslog.h"
 
 #include <QDebug>
 #include <QJsonDocument>
@@ -11,7 +12,28 @@
 namespace TorvoEditor
 {
 
-CIPC::CIPC(QObject* parent) : QObject(parent)
+namespace
+{
+
+/// What may wait to be sent to one child. A child that has hung does not read any more, and what it is told
+/// goes on for as long as its window stands there.
+constexpr qint64 maximalBacklog = 16 * 1024 * 1024;
+
+/// Writes a whole frame, or nothing at all when the child has not read for too long.
+void WriteFrame(QLocalSocket* socket, const QByteArray& frame)
+{
+    if (socket->bytesToWrite() + frame.size() > maximalBacklog) {
+        qCWarning(lcTabs) << "tab" << socket->objectName() << "does not read, a message to it is dropped";
+        return;
+    }
+    socket->write(frame);
+    socket->flush();
+}
+
+} // namespace
+
+CIPC::CIPC(QObject* parent)
+    : QObject(parent)
 {
     // Whoever may write to this socket may steer the window: nobody but the user's own programs.
     m_server.setSocketOptions(QLocalServer::UserAccessOption);
@@ -26,6 +48,10 @@ CIPC::~CIPC()
         socket->deleteLater();
     }
     m_sockets.clear();
+    // The server takes its other sockets along, and they would still report their end to this object.
+    const auto unnamed = m_server.findChildren<QLocalSocket*>();
+    for (auto* socket : unnamed)
+        socket->disconnect(this);
     m_server.close();
 }
 
@@ -36,20 +62,15 @@ QString CIPC::serverName() const
 
 void CIPC::Send(const QString& socketName, const QByteArray& data)
 {
-    auto* socket = m_sockets.value(socketName);
-    if (socket == nullptr)
-        return;
-    socket->write(MakeFrame(data));
-    socket->flush();
+    if (auto* socket = m_sockets.value(socketName))
+        WriteFrame(socket, MakeFrame(data));
 }
 
 void CIPC::SendAll(const QByteArray& data)
 {
     const QByteArray frame = MakeFrame(data);
-    for (auto* socket : qAsConst(m_sockets)) {
-        socket->write(frame);
-        socket->flush();
-    }
+    for (auto* socket : qAsConst(m_sockets))
+        WriteFrame(socket, frame);
 }
 
 void CIPC::onNewConnection()
@@ -83,12 +104,12 @@ void CIPC::takeFrame(QLocalSocket* socket, const QByteArray& payload)
         return;
     }
     const auto message = QJsonDocument::fromJson(payload).object();
-    const auto name = message.constFind(QLatin1String("processName"));
-    if (name == message.constEnd())
+    const QString name = message.value(QLatin1String("processName")).toString();
+    if (name.isEmpty())
         return;
-    socket->setObjectName(name->toString());
-    if (!m_sockets.contains(socket->objectName()))
-        m_sockets.insert(socket->objectName(), socket);
+    socket->setObjectName(name);
+    if (!m_sockets.contains(name))
+        m_sockets.insert(name, socket);
 }
 
 void CIPC::onDisconnected()

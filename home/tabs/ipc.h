@@ -15,8 +15,9 @@ namespace TorvoEditor
 ///
 /// A frame is a payload length of 4 bytes, big-endian and without itself, followed by the payload, a JSON
 /// document in UTF-8. A connection is named by the first frame whose object has the key "processName"; that
-/// frame and those before it are not passed on. A frame must arrive in one read: a part of a frame is
-/// dropped. GUI thread.
+/// frame and those before it are not passed on; an empty name names nothing. A frame must arrive in one read:
+/// a part of a frame is dropped. The first connection of a name is the one that is sent to; the end of any
+/// connection of that name ends the name. GUI thread.
 class CIPC : public QObject
 {
     Q_OBJECT
@@ -29,7 +30,8 @@ public:
     /// The name that a child has to connect to.
     [[nodiscard]] QString serverName() const;
 
-    /// Sends one frame to the connection of that name; without one nothing happens.
+    /// Sends one frame to the connection of that name; without one nothing happens. A frame to a child that
+    /// has 16 MiB unread is dropped.
     void Send(const QString& socketName, const QByteArray& data);
 
     /// Sends one frame to every named connection.

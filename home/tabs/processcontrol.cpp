@@ -8,7 +8,10 @@
 namespace TorvoEditor
 {
 
-CProcessControl::CProcessControl(QObject* parent) : QObject(parent) {}
+CProcessControl::CProcessControl(QObject* parent)
+    : QObject(parent)
+{
+}
 
 void CProcessControl::Start(const QString& program, const QStringList& arguments, const QString& name)
 {

@@ -8,12 +8,15 @@
 namespace TorvoEditor
 {
 
-CTab::CTab(QObject* parent) : QObject(parent) {}
+CTab::CTab(QObject* parent)
+    : QObject(parent)
+{
+}
 
 QString CTab::idConvertToName(const QString& id) const
 {
     auto* project = CHomeApp::instance().GetMgr<CProjectMgr>()->GetProject(id);
-    return QString::fromStdWString(project->GetName());
+    return project != nullptr ? QString::fromStdWString(project->GetName()) : QString();
 }
 
 void CTab::addTab(const QString& name)

@@ -27,7 +27,8 @@ public:
     /// May for a moment name a tab that has left the list already.
     [[nodiscard]] QString currentTab() const { return m_currentTab; }
 
-    /// The text of a tab: the name of its project, which must be known. Not for the home tab.
+    /// The text of a tab: the name of its project, empty when the project is not there any more. Not for the
+    /// home tab.
     Q_INVOKABLE QString idConvertToName(const QString& id) const;
 
     void addTab(const QString& name);

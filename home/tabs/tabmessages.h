@@ -16,8 +16,8 @@ namespace TorvoEditor
 /// "error", "info" or "warn" with its text.
 [[nodiscard]] QJsonObject TextMessage(const QString& name, const QString& text);
 
-/// Where the content area lies on the screen. `titleHeight` counts on top of the area's own top, which lies below the
-/// title already; the children know it so.
+/// Where the content area lies on the screen. `titleHeight` counts on top of the area's own top, which lies
+/// below the title already; the children know it so.
 [[nodiscard]] QJsonObject ResizeMessage(const QRect& contentRect, double titleHeight);
 
 /// What the home tells a child when it starts it.
@@ -29,8 +29,8 @@ struct StartInfo {
     QString projMode; ///< "CIM" or "BIM"
 };
 
-/// The start message. Session values come from the properties of the application object; "epId", "epName", "iotUrl"
-/// and "iotToken" only when somebody has set them.
+/// The start message. Session values come from the properties of the application object; "epId", "epName",
+/// "iotUrl" and "iotToken" only when somebody has set them.
 [[nodiscard]] QJsonObject StartMessage(const StartInfo& info);
 
 /// A message as it goes over the wire and onto a child's command line.

@@ -7,14 +7,10 @@
 #include "native/nativewindow.h"
 #include "project/localprojectinfomgr.h"
 #include "project/projectmgr.h"
-#include "tabs/ipc.h"
-#include "tabs/processcontrol.h"
-#include "tabs/tab.h"
 #include "tabs/tabmessages.h"
 #include "view/context/editorcontrol/editorcontrol.h"
 
 #include <cstdio>
-#include <utility>
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -26,15 +22,16 @@
 namespace TorvoEditor
 {
 
-CTabMgr::CTabMgr(QObject* parent) : QObject(parent) {}
-
-CTabMgr::~CTabMgr() = default;
+CTabMgr::CTabMgr(QObject* parent)
+    : QObject(parent)
+{
+}
 
 void CTabMgr::Init()
 {
-    m_ipc = new CIPC;
-    m_process = new CProcessControl;
-    m_tab = new CTab;
+    m_ipc = std::make_unique<CIPC>();
+    m_process = std::make_unique<CProcessControl>();
+    m_tab = std::make_unique<CTab>();
     if (auto* projectMgr = CHomeApp::instance().GetMgr<CProjectMgr>()) {
         connect(projectMgr, &CProjectMgr::beforeUpload, this, &CTabMgr::onBeforeUpload);
         connect(projectMgr, &CProjectMgr::afterUpload, this, &CTabMgr::onAfterUpload);
@@ -45,23 +42,24 @@ void CTabMgr::UnInit()
 {
     sendToAll(OperatorMessage(QStringLiteral("quit")));
     m_tabWindows.clear();
-    delete std::exchange(m_ipc, nullptr);
-    delete std::exchange(m_process, nullptr);
-    delete std::exchange(m_tab, nullptr);
+    m_ipc.reset();
+    m_process.reset();
+    m_tab.reset();
 }
 
 void CTabMgr::RegisterContext(QQmlContext* context)
 {
     context->setContextProperty(QStringLiteral("tabMgr"), this);
-    context->setContextProperty(QStringLiteral("tab"), m_tab);
+    context->setContextProperty(QStringLiteral("tab"), m_tab.get());
 }
 
 void CTabMgr::OnViewReady()
 {
-    connect(m_ipc, &CIPC::readyRead, this, &CTabMgr::onReadyReay);
-    connect(m_ipc, &CIPC::disconnected, this, &CTabMgr::onSocketDisconnected);
+    connect(m_ipc.get(), &CIPC::readyRead, this, &CTabMgr::onReadyReay);
+    connect(m_ipc.get(), &CIPC::disconnected, this, &CTabMgr::onSocketDisconnected);
     if (auto* editorControl = CHomeApp::instance().GetMgr<CEditorControl>())
-        connect(m_process, &CProcessControl::sigFinished, editorControl, &CEditorControl::slotProcessFinsh);
+        connect(m_process.get(), &CProcessControl::sigFinished, editorControl,
+                &CEditorControl::slotProcessFinsh);
 }
 
 void CTabMgr::SetFrameWindow(CFrameWindow* view)
@@ -239,8 +237,9 @@ void CTabMgr::embedWindow(const QString& socketName, const QString& windowId)
         return;
     // Items are measured in device-independent pixels, windows in those of the device.
     const double scale = m_frame->devicePixelRatio();
-    Native::MoveWindow(window, static_cast<int>(content->x() * scale), static_cast<int>(title->height() * scale),
-                       static_cast<int>(content->width() * scale), static_cast<int>(content->height() * scale), true);
+    Native::MoveWindow(window, static_cast<int>(content->x() * scale),
+                       static_cast<int>(title->height() * scale), static_cast<int>(content->width() * scale),
+                       static_cast<int>(content->height() * scale), true);
 }
 
 void CTabMgr::reopenProject(const QString& guid)

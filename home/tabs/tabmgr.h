@@ -2,7 +2,11 @@
 #pragma once
 
 #include "core/mgrobj.h"
+#include "tabs/ipc.h"
+#include "tabs/processcontrol.h"
+#include "tabs/tab.h"
 
+#include <memory>
 #include <set>
 
 #include <QHash>
@@ -18,9 +22,6 @@ namespace TorvoEditor
 {
 
 class CFrameWindow;
-class CIPC;
-class CProcessControl;
-class CTab;
 
 /// Keeps one child process per opened project, its native window laid over the content area of the home
 /// window, and keeps the children in step with that window. Published as "tabMgr". GUI thread.
@@ -30,7 +31,6 @@ class CTabMgr : public QObject, public IMgrObj
 
 public:
     explicit CTabMgr(QObject* parent = nullptr);
-    ~CTabMgr() override;
 
     void Init() override;
     void UnInit() override;
@@ -50,7 +50,8 @@ public:
     void SendInfo(const QString& text, const QString& tabName);
     void SendWarn(const QString& text, const QString& tabName);
 
-    [[nodiscard]] CTab* tab() const { return m_tab; }
+    /// Null before Init and after UnInit.
+    [[nodiscard]] CTab* tab() const { return m_tab.get(); }
 
 public slots:
     void syncSize();
@@ -87,9 +88,9 @@ private:
     void sendTo(const QString& tabName, const QJsonObject& message);
     void sendToAll(const QJsonObject& message);
 
-    CIPC* m_ipc = nullptr;
-    CProcessControl* m_process = nullptr;
-    CTab* m_tab = nullptr;
+    std::unique_ptr<CTab> m_tab;
+    std::unique_ptr<CProcessControl> m_process;
+    std::unique_ptr<CIPC> m_ipc;
     CFrameWindow* m_frame = nullptr;      ///< not owned
     QHash<QString, quint64> m_tabWindows; ///< native window of each started tab; 0 until its child reports it
     Qt::WindowState m_lastState = Qt::WindowNoState;

@@ -34,11 +34,13 @@ std::string LastErrorText()
     char* buffer = nullptr;
     constexpr DWORD flags =
         FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
-    const DWORD length =
-        ::FormatMessageA(flags, nullptr, code, MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT),
-                         reinterpret_cast<char*>(&buffer), 0, nullptr);
+    const DWORD length = ::FormatMessageA(flags, nullptr, code, MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT),
+                                          reinterpret_cast<char*>(&buffer), 0, nullptr);
     std::string text(buffer, length);
     ::LocalFree(buffer);
+    // The system's sentences end with a line break.
+    while (!text.empty() && (text.back() == '\n' || text.back() == '\r'))
+        text.pop_back();
     return text;
 }
 

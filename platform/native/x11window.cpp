@@ -1,11 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "native/nativewindow.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <limits>
 #include <memory>
 
+#include <QLoggingCategory>
+
 #include <xcb/xcb.h>
+#include <xcb/xcb_event.h>
 
 namespace Native
 {
@@ -13,7 +18,17 @@ namespace Native
 namespace
 {
 
+Q_LOGGING_CATEGORY(lcNative, "torvo.native")
+
 thread_local std::string lastError;
+
+/// Windows of other programs go at any moment, so a failure is told and nothing more.
+bool Fail(std::string reason)
+{
+    qCWarning(lcNative) << reason.c_str();
+    lastError = std::move(reason);
+    return false;
+}
 
 struct Free {
     void operator()(void* memory) const { std::free(memory); }
@@ -22,12 +37,15 @@ struct Free {
 template<class Reply>
 using Owned = std::unique_ptr<Reply, Free>;
 
-/// A connection of our own: errors of windows that die under our hands arrive here as values, and never reach the
-/// error handling of the connection that the user interface lives on.
+/// A connection of our own: errors of windows that die under our hands arrive here as values, and never reach
+/// the error handling of the connection that the user interface lives on.
 class Display
 {
 public:
-    Display() : m_connection(xcb_connect(nullptr, &m_screenNumber)) {}
+    Display()
+        : m_connection(xcb_connect(nullptr, &m_screenNumber))
+    {
+    }
     Display(const Display&) = delete;
     Display& operator=(const Display&) = delete;
     ~Display() { xcb_disconnect(m_connection); }
@@ -43,64 +61,91 @@ public:
         return screens.data->root;
     }
 
+    /// Throws away what the server tells every client unasked; nobody else reads this connection.
+    void drain() const
+    {
+        while (const Owned<xcb_generic_event_t> event{xcb_poll_for_event(m_connection)}) {
+        }
+    }
+
 private:
     int m_screenNumber = 0;
     xcb_connection_t* m_connection;
 };
 
 /// The connection of this thread, made anew when it has broken; null without a display.
-Display* display()
+const Display* display()
 {
     thread_local std::unique_ptr<Display> current;
     if (!current || current->isBroken())
         current = std::make_unique<Display>();
-    if (!current->isBroken())
-        return current.get();
-    lastError = "cannot connect to the X server";
-    return nullptr;
-}
-
-const char* ErrorName(std::uint8_t code)
-{
-    switch (code) {
-    case XCB_VALUE:
-        return "BadValue";
-    case XCB_WINDOW:
-        return "BadWindow";
-    case XCB_MATCH:
-        return "BadMatch";
-    case XCB_ACCESS:
-        return "BadAccess";
-    default:
-        return "X error";
+    if (current->isBroken()) {
+        Fail("cannot connect to the X server");
+        return nullptr;
     }
+    current->drain();
+    return current.get();
 }
 
 bool Succeeded(const Display& display, xcb_void_cookie_t cookie, const char* operation)
 {
     const Owned<xcb_generic_error_t> error(xcb_request_check(display.connection(), cookie));
+    if (display.isBroken())
+        return Fail(std::string(operation) + ": the connection to the X server has broken");
     if (!error)
         return true;
-    lastError = std::string(operation) + ": " + ErrorName(error->error_code) + " (" +
-                std::to_string(error->error_code) + ")";
-    return false;
+    const char* label = xcb_event_get_error_label(error->error_code);
+    return Fail(std::string(operation) + ": " + (label != nullptr ? label : "X error") + " (" +
+                std::to_string(error->error_code) + ")");
 }
 
-bool IsWindow(const Display& display, WindowId window)
+Owned<xcb_get_window_attributes_reply_t> AttributesOf(const Display& display, WindowId window)
 {
-    if (window == 0 || window > std::numeric_limits<xcb_window_t>::max()) {
-        lastError = "no window has the id " + std::to_string(window);
-        return false;
-    }
+    if (window == 0 || window > std::numeric_limits<xcb_window_t>::max())
+        return nullptr;
     const auto cookie = xcb_get_window_attributes(display.connection(), static_cast<xcb_window_t>(window));
     xcb_generic_error_t* error = nullptr;
-    const Owned<xcb_get_window_attributes_reply_t> reply(
+    Owned<xcb_get_window_attributes_reply_t> reply(
         xcb_get_window_attributes_reply(display.connection(), cookie, &error));
-    const Owned<xcb_generic_error_t> ownedError(error);
-    if (reply)
-        return true;
-    lastError = "no window has the id " + std::to_string(window);
-    return false;
+    std::free(error);
+    return reply;
+}
+
+bool IsNoWindow(WindowId window)
+{
+    return Fail("no window has the id " + std::to_string(window));
+}
+
+xcb_window_t ParentOf(const Display& display, xcb_window_t window)
+{
+    const auto cookie = xcb_query_tree(display.connection(), window);
+    xcb_generic_error_t* error = nullptr;
+    const Owned<xcb_query_tree_reply_t> reply(xcb_query_tree_reply(display.connection(), cookie, &error));
+    std::free(error);
+    return reply ? reply->parent : static_cast<xcb_window_t>(XCB_NONE);
+}
+
+/// `window` is `other` or lies around it.
+bool Contains(const Display& display, xcb_window_t window, xcb_window_t other)
+{
+    while (other != XCB_NONE && other != window)
+        other = ParentOf(display, other);
+    return other == window;
+}
+
+/// Tells the window manager that it has nothing to do with a window any more: a window that is not shown yet
+/// gives no sign of its own.
+void Withdraw(const Display& display, xcb_window_t window)
+{
+    xcb_unmap_notify_event_t event{};
+    event.response_type = XCB_UNMAP_NOTIFY;
+    event.event = display.root();
+    event.window = window;
+    constexpr std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+    // An event on the wire is always 32 bytes, more than this one's structure has.
+    char bytes[32] = {};
+    std::memcpy(bytes, &event, sizeof event);
+    xcb_send_event(display.connection(), 0, display.root(), mask, bytes);
 }
 
 } // namespace
@@ -108,38 +153,50 @@ bool IsWindow(const Display& display, WindowId window)
 bool SetParent(WindowId child, WindowId parent)
 {
     const auto* x11 = display();
-    if (x11 == nullptr || !IsWindow(*x11, child) || !IsWindow(*x11, parent))
+    if (x11 == nullptr)
         return false;
+    const auto attributes = AttributesOf(*x11, child);
+    if (!attributes)
+        return IsNoWindow(child);
+    if (!AttributesOf(*x11, parent))
+        return IsNoWindow(parent);
     auto* connection = x11->connection();
     const auto window = static_cast<xcb_window_t>(child);
+    const auto newParent = static_cast<xcb_window_t>(parent);
+    if (Contains(*x11, window, newParent))
+        return Fail("the window " + std::to_string(child) + " lies around its new parent");
 
-    // A mapped top-level window belongs to the window manager; it lets go of it when the window is unmapped.
+    // A window that is shown belongs to the window manager, which lets go of it when it is unmapped.
     xcb_unmap_window(connection, window);
-    const auto reparented =
-        xcb_reparent_window_checked(connection, window, static_cast<xcb_window_t>(parent), 0, 0);
-    if (!Succeeded(*x11, reparented, "reparenting the window"))
-        return false;
-    return Succeeded(*x11, xcb_map_window_checked(connection, window), "showing the window");
+    Withdraw(*x11, window);
+    const auto reparented = xcb_reparent_window_checked(connection, window, newParent, 0, 0);
+    if (Succeeded(*x11, reparented, "reparenting the window"))
+        return Succeeded(*x11, xcb_map_window_checked(connection, window), "showing the window");
+    if (attributes->map_state != XCB_MAP_STATE_UNMAPPED)
+        xcb_map_window(connection, window);
+    xcb_flush(connection);
+    return false;
 }
 
 bool MoveWindow(WindowId window, int x, int y, int width, int height, bool repaint)
 {
     const auto* x11 = display();
-    if (x11 == nullptr || !IsWindow(*x11, window))
+    if (x11 == nullptr)
         return false;
+    if (!AttributesOf(*x11, window))
+        return IsNoWindow(window);
     auto* connection = x11->connection();
     const auto id = static_cast<xcb_window_t>(window);
     const std::uint32_t values[] = {static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y),
-                                    static_cast<std::uint32_t>(width < 1 ? 1 : width),
-                                    static_cast<std::uint32_t>(height < 1 ? 1 : height)};
+                                    static_cast<std::uint32_t>(std::max(width, 1)),
+                                    static_cast<std::uint32_t>(std::max(height, 1))};
     constexpr std::uint16_t mask =
         XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT;
     if (!Succeeded(*x11, xcb_configure_window_checked(connection, id, mask, values), "placing the window"))
         return false;
-    if (repaint)
-        xcb_clear_area(connection, 1, id, 0, 0, 0, 0);
-    xcb_flush(connection);
-    return true;
+    if (!repaint)
+        return true;
+    return Succeeded(*x11, xcb_clear_area_checked(connection, 1, id, 0, 0, 0, 0), "repainting the window");
 }
 
 std::string LastErrorText()
@@ -153,10 +210,9 @@ bool GetCursorPos(Point& point)
     if (x11 == nullptr)
         return false;
     const auto cookie = xcb_query_pointer(x11->connection(), x11->root());
-    const Owned<xcb_query_pointer_reply_t> reply(
-        xcb_query_pointer_reply(x11->connection(), cookie, nullptr));
+    const Owned<xcb_query_pointer_reply_t> reply(xcb_query_pointer_reply(x11->connection(), cookie, nullptr));
     if (!reply)
-        return false;
+        return Fail("the X server does not tell the pointer's position");
     point = {reply->root_x, reply->root_y};
     return true;
 }
@@ -166,9 +222,11 @@ bool SetCursorPos(int x, int y)
     const auto* x11 = display();
     if (x11 == nullptr)
         return false;
-    const auto cookie =
-        xcb_warp_pointer_checked(x11->connection(), XCB_NONE, x11->root(), 0, 0, 0, 0,
-                                 static_cast<std::int16_t>(x), static_cast<std::int16_t>(y));
+    constexpr int least = std::numeric_limits<std::int16_t>::min();
+    constexpr int most = std::numeric_limits<std::int16_t>::max();
+    const auto cookie = xcb_warp_pointer_checked(x11->connection(), XCB_NONE, x11->root(), 0, 0, 0, 0,
+                                                 static_cast<std::int16_t>(std::clamp(x, least, most)),
+                                                 static_cast<std::int16_t>(std::clamp(y, least, most)));
     return Succeeded(*x11, cookie, "moving the pointer");
 }
 
