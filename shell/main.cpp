@@ -38,9 +38,9 @@ int main(int argumentCount, char** arguments)
     QApplication::setApplicationName(QStringLiteral("Torvo Home"));
 
     QString problem = shell::FolderProblem();
-    const auto config = problem.isEmpty()
-                            ? shell::ReadHostConfig(shell::HostConfigFile(), QApplication::arguments(), problem)
-                            : shell::HostConfig();
+    const auto config =
+        problem.isEmpty() ? shell::ReadHostConfig(shell::HostConfigFile(), QApplication::arguments(), problem)
+                          : shell::HostConfig();
     if (!problem.isEmpty()) {
         Tell(problem);
         return cannotStart;

@@ -27,8 +27,8 @@ struct Request {
     std::chrono::seconds timeout{10}; ///< for the whole exchange; 0: as long as bytes keep coming
     std::size_t largestReply = 64U << 20U;
 
-    /// Takes the bytes of a successful answer as they come; false gives the request up. Without it the bytes are
-    /// gathered in Reply::body.
+    /// Takes the bytes of a successful answer as they come; false gives the request up. Without it the bytes
+    /// are gathered in Reply::body.
     std::function<bool(std::span<const std::byte>)> take{};
 };
 
@@ -39,11 +39,11 @@ struct Reply {
     std::string etag;
 };
 
-/// Requests to one project server. Connections stay open and are used again. Any thread, several at once; every
-/// operation waits.
+/// Requests to one project server. Connections stay open and are used again. Any thread, several at once;
+/// every operation waits.
 ///
-/// Requests that change nothing are tried a second time when the connection broke before anything came back. Proxy and
-/// TLS settings come from the environment, as libcurl has them.
+/// Requests that change nothing are tried a second time when the connection broke before anything came back.
+/// Proxy and TLS settings come from the environment, as libcurl has them.
 class Client
 {
 public:

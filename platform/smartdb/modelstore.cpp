@@ -47,8 +47,8 @@ void ModelStore::load() const
 
 ModelRecord* ModelStore::find(const std::string& guid) const
 {
-    const auto found =
-        std::find_if(m_records.begin(), m_records.end(), [&](const auto& record) { return record->data().guid == guid; });
+    const auto found = std::find_if(m_records.begin(), m_records.end(),
+                                    [&](const auto& record) { return record->data().guid == guid; });
     return found != m_records.end() ? found->get() : nullptr;
 }
 
@@ -87,8 +87,8 @@ bool ModelStore::ImportModelProj(const ZRSmartFormat::SZRFTGuid& model, const st
     return change(GuidTextOf(model), {}, dataFolder);
 }
 
-bool ModelStore::UpdateModelProj(const ZRSmartFormat::SZRFTGuid& oldModel, const ZRSmartFormat::SZRFTGuid& newModel,
-                                 const std::wstring& dataFolder)
+bool ModelStore::UpdateModelProj(const ZRSmartFormat::SZRFTGuid& oldModel,
+                                 const ZRSmartFormat::SZRFTGuid& newModel, const std::wstring& dataFolder)
 {
     return change(GuidTextOf(newModel), GuidTextOf(oldModel), dataFolder);
 }

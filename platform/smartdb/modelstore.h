@@ -16,7 +16,10 @@ class Project;
 class ModelRecord final : public IZRModelRecord
 {
 public:
-    explicit ModelRecord(ModelData data) : m_data(std::move(data)) {}
+    explicit ModelRecord(ModelData data)
+        : m_data(std::move(data))
+    {
+    }
 
     [[nodiscard]] ZRSmartFormat::SZRFTGuid GetGuid() const override;
     [[nodiscard]] std::wstring GetName() const override;
@@ -33,9 +36,13 @@ private:
 class ModelStore final : public IZRModelStore
 {
 public:
-    explicit ModelStore(Project& project) : m_project(project) {}
+    explicit ModelStore(Project& project)
+        : m_project(project)
+    {
+    }
 
-    [[nodiscard]] bool ImportModelProj(const ZRSmartFormat::SZRFTGuid& model, const std::wstring& dataFolder) override;
+    [[nodiscard]] bool ImportModelProj(const ZRSmartFormat::SZRFTGuid& model,
+                                       const std::wstring& dataFolder) override;
     [[nodiscard]] bool UpdateModelProj(const ZRSmartFormat::SZRFTGuid& oldModel,
                                        const ZRSmartFormat::SZRFTGuid& newModel,
                                        const std::wstring& dataFolder) override;
@@ -51,7 +58,8 @@ private:
     void load() const;
     [[nodiscard]] ModelRecord* find(const std::string& guid) const;
     /// Takes in `added`, unless it is empty, and takes out `removed`, unless it is empty, in one transaction.
-    [[nodiscard]] bool change(const std::string& added, const std::string& removed, const std::wstring& dataFolder);
+    [[nodiscard]] bool change(const std::string& added, const std::string& removed,
+                              const std::wstring& dataFolder);
 
     Project& m_project;
     mutable std::mutex m_mutex; ///< protects the records

@@ -11,7 +11,11 @@
 namespace ZRSmartDB
 {
 
-SceneObject::SceneObject(Project& project, ObjectData data) : m_project(project), m_data(std::move(data)) {}
+SceneObject::SceneObject(Project& project, ObjectData data)
+    : m_project(project)
+    , m_data(std::move(data))
+{
+}
 
 ZRSmartFormat::SZRFTGuid SceneObject::GetGuid() const
 {
@@ -42,7 +46,8 @@ ObjectData SceneObject::data() const
     return m_data;
 }
 
-Project::Project(std::filesystem::path folder) : m_folder(std::move(folder))
+Project::Project(std::filesystem::path folder)
+    : m_folder(std::move(folder))
 {
     m_stamp = stampOfFiles();
     m_head = ProjectFile(m_folder).readHead();

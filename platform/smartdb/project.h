@@ -83,7 +83,8 @@ public:
     /// Changed in memory and not written yet.
     [[nodiscard]] bool isDirty() const;
 
-    /// The project's counter and its memory of the server, as they stand on disk: another process may have written.
+    /// The project's counter and its memory of the server, as they stand on disk: another process may have
+    /// written.
     struct DiskState {
         std::int64_t changeCounter = 0;
         std::optional<SyncState> sync;

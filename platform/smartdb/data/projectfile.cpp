@@ -74,8 +74,9 @@ ProjectFile::Format FormatOfDatabase(SQLite::Database& database)
 
 void WriteHead(SQLite::Database& database, const ProjectHead& head)
 {
-    SQLite::Statement row(database, "UPDATE project SET name = ?, type = ?, longitude = ?, latitude = ?, height = ?, "
-                                    "iot_code = ?, proj4 = ?, note = ?");
+    SQLite::Statement row(database,
+                          "UPDATE project SET name = ?, type = ?, longitude = ?, latitude = ?, height = ?, "
+                          "iot_code = ?, proj4 = ?, note = ?");
     row.bind(1, head.name);
     row.bind(2, head.type);
     row.bind(3, head.longitude);
@@ -136,7 +137,10 @@ void WriteModels(SQLite::Database& database, const ProjectChange& change)
 class HalfFolder
 {
 public:
-    explicit HalfFolder(std::filesystem::path folder) : m_folder(std::move(folder)) {}
+    explicit HalfFolder(std::filesystem::path folder)
+        : m_folder(std::move(folder))
+    {
+    }
     HalfFolder(const HalfFolder&) = delete;
     HalfFolder& operator=(const HalfFolder&) = delete;
     ~HalfFolder()
@@ -253,12 +257,13 @@ std::vector<ObjectData> ProjectFile::readObjects()
                               "SELECT guid, name, link, text, x, y, z, rotation FROM objects ORDER BY rowid");
         std::vector<ObjectData> objects;
         while (row.executeStep()) {
-            objects.push_back({row.getColumn(0).getString(),
-                               row.getColumn(1).getString(),
-                               row.getColumn(2).getString(),
-                               row.getColumn(3).getString(),
-                               {row.getColumn(4).getDouble(), row.getColumn(5).getDouble(), row.getColumn(6).getDouble()},
-                               row.getColumn(7).getDouble()});
+            objects.push_back(
+                {row.getColumn(0).getString(),
+                 row.getColumn(1).getString(),
+                 row.getColumn(2).getString(),
+                 row.getColumn(3).getString(),
+                 {row.getColumn(4).getDouble(), row.getColumn(5).getDouble(), row.getColumn(6).getDouble()},
+                 row.getColumn(7).getDouble()});
         }
         return objects;
     });
@@ -270,8 +275,8 @@ std::vector<ModelData> ProjectFile::readModels()
         SQLite::Statement row(*m_database, "SELECT guid, name, type, attributes FROM models ORDER BY rowid");
         std::vector<ModelData> models;
         while (row.executeStep()) {
-            models.push_back({row.getColumn(0).getString(), row.getColumn(1).getString(), row.getColumn(2).getString(),
-                              TextMapOf(row.getColumn(3).getString())});
+            models.push_back({row.getColumn(0).getString(), row.getColumn(1).getString(),
+                              row.getColumn(2).getString(), TextMapOf(row.getColumn(3).getString())});
         }
         return models;
     });

@@ -24,7 +24,8 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// A change of a project, written in one transaction together with the change counter. What is null is left alone.
+/// A change of a project, written in one transaction together with the change counter. What is null is left
+/// alone.
 struct ProjectChange {
     const ProjectHead* head = nullptr; ///< everything but the models, the object count and the counter
     const std::string* propertyTemplate = nullptr;
@@ -33,8 +34,9 @@ struct ProjectChange {
     std::vector<std::string> removedModels;
 };
 
-/// The database in a project's folder, opened for a few statements and closed again: thousands of projects may be open
-/// without keeping thousands of files open. Every operation throws ProjectFileError. One thread at a time.
+/// The database in a project's folder, opened for a few statements and closed again: thousands of projects
+/// may be open without keeping thousands of files open. Every operation throws ProjectFileError. One thread
+/// at a time.
 class ProjectFile
 {
 public:
@@ -59,8 +61,8 @@ public:
     /// Writes a change. Returns the new change counter.
     std::int64_t write(const ProjectChange& change);
 
-    /// Brings a project of an older format to the current one, in one transaction and after a copy of the database,
-    /// which is put back when anything goes wrong.
+    /// Brings a project of an older format to the current one, in one transaction and after a copy of the
+    /// database, which is put back when anything goes wrong.
     static void upgrade(const std::filesystem::path& folder);
 
 private:
@@ -68,6 +70,7 @@ private:
 };
 
 /// A project's folder in a data folder.
-[[nodiscard]] std::filesystem::path ProjectFolder(const std::filesystem::path& dataFolder, const std::string& guid);
+[[nodiscard]] std::filesystem::path ProjectFolder(const std::filesystem::path& dataFolder,
+                                                  const std::string& guid);
 
 } // namespace ZRSmartDB

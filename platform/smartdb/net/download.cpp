@@ -42,7 +42,8 @@ std::string SideFolderName()
 pid_t OwnerOf(const std::filesystem::path& folder)
 {
     long owner = 0;
-    return std::sscanf(folder.filename().c_str(), ".incoming-%ld", &owner) == 1 ? static_cast<pid_t>(owner) : 0;
+    return std::sscanf(folder.filename().c_str(), ".incoming-%ld", &owner) == 1 ? static_cast<pid_t>(owner)
+                                                                                : 0;
 }
 
 /// Side folders whose process has gone, or that this process has left behind.
@@ -80,7 +81,9 @@ http::Fault CheckRoom(const std::filesystem::path& folder, std::uint64_t needed)
 } // namespace
 
 Download::Download(http::Client& client, std::filesystem::path dataFolder)
-    : m_client(client), m_dataFolder(std::move(dataFolder)), m_sideFolder(m_dataFolder / SideFolderName())
+    : m_client(client)
+    , m_dataFolder(std::move(dataFolder))
+    , m_sideFolder(m_dataFolder / SideFolderName())
 {
 }
 
@@ -133,7 +136,8 @@ http::Fault Download::fetch(const std::string& guid)
         return answer.fault;
     auto decoded = wire::DecodeManifest(answer.body);
     if (const auto* refusal = std::get_if<wire::Refusal>(&decoded))
-        return {http::faultcode::badReply, "the project server named files that cannot be taken: " + refusal->reason};
+        return {http::faultcode::badReply,
+                "the project server named files that cannot be taken: " + refusal->reason};
     const auto& manifest = std::get<wire::Manifest>(decoded);
     if (wire::RootOf(manifest) != *root)
         return BadReply("list of the project's files");

@@ -48,7 +48,10 @@ bool WriteWhole(const std::filesystem::path& file, const std::string& bytes)
 } // namespace
 
 NetAccess::NetAccess(http::Client& client, StateTable& states, TaskQueue& queue, LastError& lastError)
-    : m_client(client), m_states(states), m_queue(queue), m_lastError(lastError)
+    : m_client(client)
+    , m_states(states)
+    , m_queue(queue)
+    , m_lastError(lastError)
 {
 }
 
@@ -102,7 +105,8 @@ Concurrency::task<std::wstring> NetAccess::GetProjType(const ZRSmartFormat::SZRF
             return answer.fault;
         const auto project = json::parse(answer.body, nullptr, false);
         if (!project.is_object() || !project.contains("type") || !project["type"].is_string())
-            return {http::faultcode::badReply, "the project server answered with something that is no project"};
+            return {http::faultcode::badReply,
+                    "the project server answered with something that is no project"};
         *reply = WideOf(project["type"].get<std::string>());
         return {};
     });
@@ -134,12 +138,14 @@ Concurrency::task<std::wstring> NetAccess::CanAppIdUpload(const std::wstring& ap
     return start([this, id = Utf8Of(appId)]() -> http::Fault {
         if (id.empty())
             return {};
-        const auto answer = m_client.send({.path = "/api/v1/applications/" + http::EncodedName(id) + "/upload"});
+        const auto answer =
+            m_client.send({.path = "/api/v1/applications/" + http::EncodedName(id) + "/upload"});
         if (answer.fault)
             return answer.fault;
         const auto permission = json::parse(answer.body, nullptr, false);
         if (!permission.is_object() || !permission.contains("allowed") || !permission["allowed"].is_boolean())
-            return {http::faultcode::badReply, "the project server answered with something that is no permission"};
+            return {http::faultcode::badReply,
+                    "the project server answered with something that is no permission"};
         if (permission["allowed"].get<bool>())
             return {};
         return {localcode::notOffered, permission.value("msg", std::string())};

@@ -76,7 +76,8 @@ http::Fault StateTable::fetch()
         std::unordered_map<std::string, ServerState> states;
         if (!ReadStates(reply.body, states)) {
             m_etag.clear();
-            return {http::faultcode::badReply, "the project server answered with something that is no list of states"};
+            return {http::faultcode::badReply,
+                    "the project server answered with something that is no list of states"};
         }
         m_states = std::move(states);
         m_etag = reply.etag;

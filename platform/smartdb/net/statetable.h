@@ -17,15 +17,19 @@ struct ServerState {
     std::string head;         ///< name of the newest revision, empty when there is none
 };
 
-/// The states of all projects of the account, fetched in one request and kept for half a second, so that asking for the
-/// state of every project costs one request. Any thread; whoever asks first when the table is old fetches it, and the
-/// others wait for him.
+/// The states of all projects of the account, fetched in one request and kept for half a second, so that
+/// asking for the state of every project costs one request. Any thread; whoever asks first when the table is
+/// old fetches it, and the others wait for him.
 class StateTable
 {
 public:
-    explicit StateTable(http::Client& client) : m_client(client) {}
+    explicit StateTable(http::Client& client)
+        : m_client(client)
+    {
+    }
 
-    /// The state of a project. `fault` is set when the server could not be asked; the state means nothing then.
+    /// The state of a project. `fault` is set when the server could not be asked; the state means nothing
+    /// then.
     [[nodiscard]] ServerState find(const std::string& guid, http::Fault& fault);
 
     /// True when find would not ask the server.
