@@ -88,8 +88,7 @@ GridView {
             width: root.cW
             height: root.cH
             dataModel: model.viewData
-            isCurrent: parent.GridView.isCurrentItem
-            hasKeyboard: isCurrent && root.activeFocus
+            hasKeyboard: parent.GridView.isCurrentItem && root.activeFocus
             onPressedInside: root.currentIndex = index
             onSendDelBtn: root.askBeforeDelete(guid)
             onSendProInfoBtn: root.sendProjectInfo(guid)

@@ -34,6 +34,8 @@ Item {
             id: tip
 
             parent: root
+            // What lies below takes the clicks.
+            enabled: false
             x: root.place !== undefined ? root.place.x : Math.round((root.width - width) / 2)
             y: root.place !== undefined ? root.place.y : root.height + 4
             margins: 4
