@@ -1,11 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "road/desktop.h"
-#include "road/homescreen.h"
-#include "shell/host.h"
-
-#include <functional>
+#include "road/session.h"
 
 #include <QString>
 
@@ -40,12 +36,8 @@ private:
     [[nodiscard]] bool goHome();
     [[nodiscard]] bool closeProject();
 
-    [[nodiscard]] bool isChildInPlace() const;
-
     QString m_shots;
     pid_t m_server;
     int m_number = 0;
-    road::Desktop m_desktop;
-    road::HomeScreen m_home;
-    shell::Host m_host;
+    road::Session m_session;
 };

@@ -141,6 +141,26 @@ void Desktop::press(xcb_keysym_t key)
     strike(key);
 }
 
+void Desktop::activate(xcb_window_t window)
+{
+    static constexpr char name[] = "_NET_ACTIVE_WINDOW";
+    const auto atom = Own(xcb_intern_atom_reply(
+        m_connection, xcb_intern_atom(m_connection, 0, sizeof name - 1, name), nullptr));
+    if (!atom)
+        throw std::runtime_error("the X server does not answer");
+    constexpr std::uint32_t fromTaskBar = 2;
+    xcb_client_message_event_t event{};
+    event.response_type = XCB_CLIENT_MESSAGE;
+    event.format = 32;
+    event.window = window;
+    event.type = atom->atom;
+    event.data.data32[0] = fromTaskBar;
+    xcb_send_event(m_connection, 0, m_root,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char*>(&event));
+    xcb_flush(m_connection);
+}
+
 QImage Desktop::picture() const
 {
     return QGuiApplication::primaryScreen()->grabWindow(0).toImage();

@@ -43,6 +43,9 @@ public:
     void type(const QString& text);
     void press(xcb_keysym_t key);
 
+    /// Asks the window manager for a window as a click in a task bar does.
+    void activate(xcb_window_t window);
+
     [[nodiscard]] QImage picture() const;
 
     /// The windows inside of `parent`.
