@@ -243,6 +243,65 @@ bool MoveWindow(WindowId window, int x, int y, int width, int height, bool repai
     return Succeeded(*x11, xcb_clear_area_checked(connection, 1, id, 0, 0, 0, 0), "repainting the window");
 }
 
+bool ResizeWindow(WindowId window, int width, int height)
+{
+    const auto* x11 = display();
+    if (x11 == nullptr)
+        return false;
+    if (!AttributesOf(*x11, window))
+        return IsNoWindow(window);
+    const std::uint32_t values[] = {static_cast<std::uint32_t>(std::max(width, 1)),
+                                    static_cast<std::uint32_t>(std::max(height, 1))};
+    const auto resized =
+        xcb_configure_window_checked(x11->connection(), static_cast<xcb_window_t>(window),
+                                     XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, values);
+    return Succeeded(*x11, resized, "resizing the window");
+}
+
+bool AnnouncePosition(WindowId window)
+{
+    const auto* x11 = display();
+    if (x11 == nullptr)
+        return false;
+    if (!AttributesOf(*x11, window))
+        return IsNoWindow(window);
+    auto* connection = x11->connection();
+    const auto id = static_cast<xcb_window_t>(window);
+    const auto asksPlace = xcb_translate_coordinates(connection, id, x11->root(), 0, 0);
+    const auto asksSize = xcb_get_geometry(connection, id);
+    const Owned<xcb_translate_coordinates_reply_t> place(
+        xcb_translate_coordinates_reply(connection, asksPlace, nullptr));
+    const Owned<xcb_get_geometry_reply_t> size(xcb_get_geometry_reply(connection, asksSize, nullptr));
+    if (!place || !size)
+        return IsNoWindow(window);
+
+    // What a window manager sends to a window that it has moved.
+    xcb_configure_notify_event_t event{};
+    event.response_type = XCB_CONFIGURE_NOTIFY;
+    event.event = id;
+    event.window = id;
+    event.x = place->dst_x;
+    event.y = place->dst_y;
+    event.width = size->width;
+    event.height = size->height;
+    char bytes[32] = {};
+    std::memcpy(bytes, &event, sizeof event);
+    const auto sent = xcb_send_event_checked(connection, 0, id, XCB_EVENT_MASK_STRUCTURE_NOTIFY, bytes);
+    return Succeeded(*x11, sent, "telling the window its position");
+}
+
+bool FocusWindow(WindowId window)
+{
+    const auto* x11 = display();
+    if (x11 == nullptr)
+        return false;
+    if (!AttributesOf(*x11, window))
+        return IsNoWindow(window);
+    const auto focused = xcb_set_input_focus_checked(x11->connection(), XCB_INPUT_FOCUS_PARENT,
+                                                     static_cast<xcb_window_t>(window), XCB_CURRENT_TIME);
+    return Succeeded(*x11, focused, "giving the keyboard to the window");
+}
+
 std::string LastErrorText()
 {
     return lastError;

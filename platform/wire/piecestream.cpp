@@ -2,6 +2,7 @@
 #include "wire/piecestream.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <memory>
 #include <utility>
 
@@ -69,21 +70,19 @@ bool PieceStreamReader::feed(std::span<const std::byte> bytes)
                 continue;
             }
         }
-        const std::size_t known = m_pending.size();
-        std::size_t wanted = headerSize;
-        if (known >= headerSize)
-            wanted += HeaderOf(m_pending) & ~compressedBit;
-        if (wanted > headerSize + maximumPieceSize) {
+        const bool hasHeader = m_pending.size() >= headerSize;
+        const std::size_t length = hasHeader ? HeaderOf(m_pending) & ~compressedBit : 0;
+        if (hasHeader && (length == 0 || length > maximumPieceSize)) {
             m_failed = true;
             break;
         }
-        const std::size_t taken = std::min(wanted - known, bytes.size());
+        const std::size_t taken = std::min(headerSize + length - m_pending.size(), bytes.size());
         m_pending.insert(m_pending.end(), bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(taken));
         bytes = bytes.subspan(taken);
-        if (m_pending.size() < wanted || wanted == headerSize)
-            continue;
-        m_failed = !takeFrame(HeaderOf(m_pending), std::span(m_pending).subspan(headerSize));
-        m_pending.clear();
+        if (hasHeader && m_pending.size() == headerSize + length) {
+            m_failed = !takeFrame(HeaderOf(m_pending), std::span(m_pending).subspan(headerSize));
+            m_pending.clear();
+        }
     }
     return !m_failed;
 }

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "kyvconvert/sourcereader.h"
+
+#include <filesystem>
+#include <string>
+
+namespace kyvconvert
+{
+
+/// Writes a converted model into a folder: "model.glb", "model.json" (name, source, bounds in metres, counts,
+/// what was dropped) and "floors.json". The folder is made; nothing of it is left when something goes wrong.
+/// Gives the reason, or the empty text.
+[[nodiscard]] std::string WriteModelFolder(const SourceModel& source, const std::string& name,
+                                           const std::string& sourceName,
+                                           const std::filesystem::path& folder);
+
+} // namespace kyvconvert

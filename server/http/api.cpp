@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: MIT
+#include "server/http/api.h"
+
+#include "server/accounts/token.h"
+
+#include <ctime>
+#include <exception>
+#include <iostream>
+
+namespace server
+{
+
+namespace
+{
+
+Reply Expired()
+{
+    return ErrorReply(401, code::loginExpired, "the login has expired");
+}
+
+Reply Missing()
+{
+    return ErrorReply(404, code::missing, "there is no such thing here");
+}
+
+Reply WrongMethod()
+{
+    return ErrorReply(405, code::wrongMethod, "this cannot be done here");
+}
+
+Reply Tagged(const Request& request, const TaggedAnswer& answer)
+{
+    Reply reply = request.ifNoneMatch == answer.tag ? EmptyReply(304) : JsonReply(200, answer.body);
+    reply.headers.emplace_back("ETag", answer.tag);
+    return reply;
+}
+
+} // namespace
+
+Api::Api(Store& store, const std::filesystem::path& packs, std::chrono::seconds tokenLife)
+    : m_store(store)
+    , m_packs(packs)
+    , m_lists(store)
+    , m_revisions(store)
+    , m_tokenLife(tokenLife)
+{
+}
+
+bool Api::isQuick(const Request& request)
+{
+    return request.path.size() == 1 && request.path.front() == "health";
+}
+
+Reply Api::answer(const Request& request)
+{
+    try {
+        return route(request);
+    } catch (const std::exception& exception) {
+        std::cerr << request.method << " failed: " << exception.what() << '\n';
+        return ErrorReply(500, code::serverError, "the server cannot answer at the moment");
+    }
+}
+
+Reply Api::route(const Request& request)
+{
+    const auto& path = request.path;
+    if (path.size() == 1 && path[0] == "health")
+        return request.method == "GET" ? JsonReply(200, R"({"status":"ok","version":")" TORVO_VERSION R"("})")
+                                       : WrongMethod();
+    if (path.size() == 1 && path[0] == "login")
+        return request.method == "POST" ? login(request) : WrongMethod();
+
+    constexpr std::string_view scheme = "Bearer ";
+    if (!request.authorization.starts_with(scheme))
+        return Expired();
+    const auto token = TokenName(std::string_view(request.authorization).substr(scheme.size()));
+    const auto session = m_store.findSession(token, std::time(nullptr));
+    return session ? routeWithSession(request, *session) : Expired();
+}
+
+Reply Api::routeWithSession(const Request& request, const Session& session)
+{
+    const auto& path = request.path;
+    if (path.size() == 1 && path[0] == "session")
+        return this->session(request, session);
+    if (path.size() == 1 && path[0] == "organisation")
+        return request.method == "GET" ? organisation(session) : WrongMethod();
+    if (path.size() == 3 && path[0] == "applications" && path[2] == "upload")
+        return request.method == "GET" ? uploadPermission(path[1]) : WrongMethod();
+    if (path[0] == "projects")
+        return routeProject(request, session);
+    return Missing();
+}
+
+Reply Api::routeProject(const Request& request, const Session& session)
+{
+    const auto& path = request.path;
+    if (path.size() == 1)
+        return request.method == "GET" ? Tagged(request, *m_lists.projects(session.account)) : WrongMethod();
+    if (path.size() == 2 && path[1] == "states")
+        return request.method == "GET" ? Tagged(request, *m_lists.states(session.account)) : WrongMethod();
+
+    const auto found = m_store.findProject(session.account, path[1]);
+    if (!found)
+        return Missing();
+    const auto& [known, state] = *found;
+    if (path.size() == 2)
+        return request.method == "GET" ? project(known, state) : WrongMethod();
+    if (path.size() > 3 && path[2] == "files") {
+        std::string file = path[3];
+        for (std::size_t i = 4; i < path.size(); ++i)
+            file += '/' + path[i];
+        return request.method == "GET" ? projectFile(state, file) : WrongMethod();
+    }
+    if (path.size() == 4 && path[2] == "revisions")
+        return request.method == "GET" ? manifest(request, path[1], path[3]) : WrongMethod();
+    if (path.size() == 5 && path[2] == "revisions" && path[4] == "pieces")
+        return request.method == "POST" ? pieces(request, path[1], path[3]) : WrongMethod();
+    return Missing();
+}
+
+} // namespace server

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "server/accounts/loginguard.h"
+#include "server/http/reply.h"
+#include "server/projects/projectlists.h"
+#include "server/projects/revisioncache.h"
+#include "server/storage/packs.h"
+#include "server/storage/store.h"
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <memory>
+
+namespace server
+{
+
+/// The answers to requests. Waits for the database, and for the processor at a login; any thread, several at
+/// once.
+class Api
+{
+public:
+    /// `tokenLife` is how long a login lasts.
+    Api(Store& store, const std::filesystem::path& packs, std::chrono::seconds tokenLife);
+
+    /// Never throws: what goes wrong inside becomes an answer with the status 500.
+    [[nodiscard]] Reply answer(const Request& request);
+
+    /// Whether a request is answered without any waiting.
+    [[nodiscard]] static bool isQuick(const Request& request);
+
+    [[nodiscard]] PackReader& packs() { return m_packs; }
+
+private:
+    [[nodiscard]] Reply route(const Request& request);
+    [[nodiscard]] Reply routeWithSession(const Request& request, const Session& session);
+    [[nodiscard]] Reply routeProject(const Request& request, const Session& session);
+
+    [[nodiscard]] Reply login(const Request& request);
+    [[nodiscard]] Reply session(const Request& request, const Session& session);
+    [[nodiscard]] Reply organisation(const Session& session);
+    [[nodiscard]] Reply uploadPermission(const std::string& application);
+    [[nodiscard]] Reply project(const Project& project, const ProjectState& state);
+    [[nodiscard]] Reply projectFile(const ProjectState& state, const std::string& path);
+    [[nodiscard]] Reply manifest(const Request& request, const std::string& guid, const std::string& root);
+    [[nodiscard]] Reply pieces(const Request& request, const std::string& guid, const std::string& root);
+    [[nodiscard]] std::string fileBytes(const LoadedRevision& revision, std::size_t file);
+
+    Store& m_store;
+    PackReader m_packs;
+    ProjectLists m_lists;
+    RevisionCache m_revisions;
+    LoginGuard m_guard;
+    std::chrono::seconds m_tokenLife;
+};
+
+} // namespace server

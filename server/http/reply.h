@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "server/storage/layout.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace server
+{
+
+/// A request, taken apart as far as the API needs it.
+struct Request {
+    std::string method;
+    std::vector<std::string> path; ///< the decoded names behind /api/v1
+    std::string authorization;
+    std::string ifNoneMatch;
+    std::string acceptEncoding;
+    std::string body;
+};
+
+/// An answer: a body in memory, or stretches of pack files that are pumped straight into the connection.
+struct Reply {
+    unsigned status = 200;
+    std::string contentType;
+    std::vector<std::pair<std::string, std::string>> headers;
+    std::string body;
+    std::shared_ptr<const std::string> sharedBody; ///< takes the place of `body` when it is set
+    std::vector<PackRange> ranges;                 ///< take the place of both when there are any
+
+    [[nodiscard]] std::uint64_t contentLength() const;
+};
+
+/// The codes of the error answers.
+namespace code
+{
+inline constexpr int badRequest = 40001;
+inline constexpr int loginExpired = 40014;
+inline constexpr int wrongPassword = 40101;
+inline constexpr int missing = 40400;
+inline constexpr int wrongMethod = 40500;
+inline constexpr int tooLarge = 41300;
+inline constexpr int tooMany = 42900;
+inline constexpr int serverError = 50000;
+} // namespace code
+
+/// An answer without a body.
+[[nodiscard]] Reply EmptyReply(unsigned status);
+[[nodiscard]] Reply JsonReply(unsigned status, std::string body);
+[[nodiscard]] Reply ErrorReply(unsigned status, int code, std::string_view msg);
+
+/// Splits and decodes the path of a request target; nothing when it is malformed or does not start with
+/// /api/v1.
+[[nodiscard]] std::vector<std::string> ApiPath(std::string_view target, bool& isValid);
+
+} // namespace server

@@ -1,0 +1,199 @@
+// SPDX-License-Identifier: MIT
+#include "server/accounts/password.h"
+#include "server/http/server.h"
+#include "server/projects/publish.h"
+#include "server/projects/seed.h"
+#include "server/storage/folderlock.h"
+#include "server/storage/sqlitestore.h"
+
+#include <csignal>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <thread>
+
+#include <CLI/CLI.hpp>
+
+namespace
+{
+
+/// The files of a server's data folder.
+struct DataFolder {
+    explicit DataFolder(const std::filesystem::path& folder)
+        : database(folder / "server.db")
+        , packs(folder / "packs")
+        , lock(folder / "server.lock")
+    {
+        std::filesystem::create_directories(packs);
+        std::filesystem::permissions(folder, std::filesystem::perms::owner_all);
+    }
+
+    std::filesystem::path database;
+    std::filesystem::path packs;
+    std::filesystem::path lock;
+};
+
+struct Options {
+    std::string data;
+    std::string listen = "127.0.0.1:8480";
+    std::string portFile;
+    int tokenHours = 24 * 14;
+    std::string samples;
+    std::string folder;
+    std::string record;
+    std::string account;
+    std::string loginName;
+};
+
+void WritePortFile(const std::string& file, std::uint16_t port)
+{
+    // Whoever waits for the file finds it whole.
+    const std::string half = file + ".tmp";
+    std::ofstream(half) << port << '\n';
+    std::filesystem::rename(half, file);
+}
+
+int Serve(const Options& options)
+{
+    const DataFolder data(options.data);
+    const server::FolderLock lock(data.lock, false);
+    if (!lock.isHeld()) {
+        std::cerr << "another server is running on " << options.data << '\n';
+        return 1;
+    }
+    const auto colon = options.listen.rfind(':');
+    if (colon == std::string::npos) {
+        std::cerr << "--listen wants ADDRESS:PORT, not " << options.listen << '\n';
+        return 2;
+    }
+    std::signal(SIGPIPE, SIG_IGN);
+    server::SqliteStore store(data.database);
+    server::Api api(store, data.packs, std::chrono::hours(options.tokenHours));
+    server::Server server(api, options.listen.substr(0, colon),
+                          static_cast<std::uint16_t>(std::stoul(options.listen.substr(colon + 1))),
+                          std::max(1U, std::thread::hardware_concurrency()));
+    std::cout << "listening on http://" << options.listen.substr(0, colon) << ':' << server.port()
+              << std::endl;
+    if (!options.portFile.empty())
+        WritePortFile(options.portFile, server.port());
+    server.run();
+    return 0;
+}
+
+int Seed(const Options& options)
+{
+    const DataFolder data(options.data);
+    server::SqliteStore store(data.database);
+    server::Seed(store, data.packs, options.samples, std::cout);
+    return 0;
+}
+
+int Publish(const Options& options)
+{
+    const DataFolder data(options.data);
+    server::SqliteStore store(data.database);
+    std::ifstream stream(options.record, std::ios::binary);
+    if (!stream)
+        throw std::runtime_error("cannot read " + options.record);
+    const std::string record((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
+    const auto project = server::ProjectOfEntry(store, record);
+    store.putProject(project);
+    std::cout << wire::ToHex(server::PublishFolder(store, data.packs, project.guid, options.folder)) << '\n';
+    return 0;
+}
+
+/// A password from the standard input, so that it stands neither on the command line nor in the shell's
+/// history.
+std::string ReadPassword()
+{
+    std::string password;
+    std::getline(std::cin, password);
+    if (password.empty())
+        throw std::runtime_error(
+            "the password is read from the standard input, one line, and must not be empty");
+    return password;
+}
+
+int AddAccount(const Options& options)
+{
+    server::SqliteStore store(DataFolder(options.data).database);
+    server::Account account;
+    account.name = options.account;
+    account.loginName = options.loginName.empty() ? options.account : options.loginName;
+    account.password = server::HashPassword(ReadPassword());
+    if (store.addAccount(account))
+        return 0;
+    std::cerr << "there is an account " << options.account << " already\n";
+    return 1;
+}
+
+int SetPassword(const Options& options)
+{
+    server::SqliteStore store(DataFolder(options.data).database);
+    if (store.setPassword(options.account, server::HashPassword(ReadPassword())))
+        return 0;
+    std::cerr << "there is no account " << options.account << '\n';
+    return 1;
+}
+
+int ListAccounts(const Options& options)
+{
+    server::SqliteStore store(DataFolder(options.data).database);
+    for (const auto& account : store.accounts())
+        std::cout << account.name << '\t' << account.loginName << '\n';
+    return 0;
+}
+
+} // namespace
+
+int main(int argumentCount, char** arguments)
+{
+    Options options;
+    int (*task)(const Options&) = Serve;
+    CLI::App app("The project server of Torvo Home.", "torvo-server");
+    app.set_version_flag("--version", TORVO_VERSION);
+    app.require_subcommand(0, 1);
+    app.add_option("--data", options.data, "folder of the server's data, made when it is missing");
+    app.add_option("--listen", options.listen, "ADDRESS:PORT; port 0 takes a free one")
+        ->capture_default_str();
+    app.add_option("--port-file", options.portFile,
+                   "file that the port is written to when the server is ready");
+    app.add_option("--token-hours", options.tokenHours, "how long a login lasts")->capture_default_str();
+
+    const auto addData = [&](CLI::App* command) {
+        command->add_option("--data", options.data, "folder of the server's data")->required();
+        return command;
+    };
+    auto* seed = addData(app.add_subcommand("seed", "fill the server with sample content"));
+    seed->add_option("--samples", options.samples, "folder with seed.json")->required();
+    seed->callback([&] { task = Seed; });
+
+    auto* publish = addData(app.add_subcommand("publish", "make a folder the newest revision of a project"));
+    publish->add_option("--project-folder", options.folder, "the project's folder")->required();
+    publish->add_option("--record", options.record, "the project's entry, as in seed.json")->required();
+    publish->callback([&] { task = Publish; });
+
+    auto* account = app.add_subcommand("account", "accounts; passwords are read from the standard input");
+    account->require_subcommand(1);
+    auto* add = addData(account->add_subcommand("add", "make an account"));
+    add->add_option("name", options.account)->required();
+    add->add_option("--login-name", options.loginName, "the name that is shown");
+    add->callback([&] { task = AddAccount; });
+    auto* password = addData(account->add_subcommand("password", "replace a password"));
+    password->add_option("name", options.account)->required();
+    password->callback([&] { task = SetPassword; });
+    addData(account->add_subcommand("list", "list the accounts"))->callback([&] { task = ListAccounts; });
+
+    try {
+        app.parse(argumentCount, arguments);
+        if (options.data.empty())
+            throw CLI::RequiredError("--data");
+        return task(options);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error);
+    } catch (const std::exception& exception) {
+        std::cerr << "torvo-server: " << exception.what() << '\n';
+        return 1;
+    }
+}

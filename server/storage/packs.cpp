@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: MIT
+#include "server/storage/packs.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <stdexcept>
+#include <system_error>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace server
+{
+
+namespace
+{
+
+constexpr std::uint64_t fullPack = 1ULL << 30U;
+constexpr std::size_t writeSize = 4U << 20U;
+
+[[noreturn]] void Fail(const char* what)
+{
+    throw std::runtime_error(std::string(what) + ": " + std::generic_category().message(errno));
+}
+
+void WriteAll(int descriptor, std::string_view bytes)
+{
+    while (!bytes.empty()) {
+        const auto written = ::write(descriptor, bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written < 0)
+            Fail("cannot write a pack");
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+}
+
+std::uint32_t NewestPack(const std::filesystem::path& folder)
+{
+    std::uint32_t newest = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        if (entry.path().extension() == ".pack")
+            newest = std::max(newest, static_cast<std::uint32_t>(std::stoul(entry.path().stem().string())));
+    }
+    return newest;
+}
+
+} // namespace
+
+std::string PackName(std::uint32_t pack)
+{
+    char name[32];
+    std::snprintf(name, sizeof name, "%08u.pack", pack);
+    return name;
+}
+
+OpenFile::~OpenFile()
+{
+    ::close(m_descriptor);
+}
+
+std::shared_ptr<const OpenFile> PackReader::open(std::uint32_t pack)
+{
+    const std::lock_guard lock(m_mutex);
+    auto& file = m_files[pack];
+    if (!file) {
+        const int descriptor = ::open((m_folder / PackName(pack)).c_str(), O_RDONLY | O_CLOEXEC);
+        if (descriptor >= 0)
+            file = std::make_shared<OpenFile>(descriptor);
+    }
+    return file;
+}
+
+PackWriter::PackWriter(std::filesystem::path folder)
+    : m_folder(std::move(folder))
+    , m_lock(m_folder / "lock", true)
+{
+    if (!m_lock.isHeld())
+        Fail("cannot lock the packs");
+    m_pack = std::max(1U, NewestPack(m_folder));
+    openNext();
+}
+
+PackWriter::~PackWriter()
+{
+    if (m_descriptor >= 0)
+        ::close(m_descriptor);
+}
+
+void PackWriter::openNext()
+{
+    while (true) {
+        m_descriptor = ::open((m_folder / PackName(m_pack)).c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
+        if (m_descriptor < 0)
+            Fail("cannot open a pack");
+        const auto end = ::lseek(m_descriptor, 0, SEEK_END);
+        if (end < 0)
+            Fail("cannot read a pack's size");
+        m_size = static_cast<std::uint64_t>(end);
+        if (m_size < fullPack)
+            return;
+        ::close(m_descriptor);
+        ++m_pack;
+    }
+}
+
+PieceLocation PackWriter::append(std::string_view frame)
+{
+    if (m_size >= fullPack) {
+        sync();
+        ::close(m_descriptor);
+        ++m_pack;
+        openNext();
+    }
+    const PieceLocation location{m_pack, m_size, static_cast<std::uint32_t>(frame.size())};
+    m_buffer += frame;
+    m_size += frame.size();
+    if (m_buffer.size() >= writeSize) {
+        WriteAll(m_descriptor, m_buffer);
+        m_buffer.clear();
+    }
+    return location;
+}
+
+void PackWriter::sync()
+{
+    WriteAll(m_descriptor, m_buffer);
+    m_buffer.clear();
+    if (::fdatasync(m_descriptor) != 0)
+        Fail("cannot write a pack to the disk");
+}
+
+} // namespace server

@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "server/storage/folderlock.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <mutex>
+#include <string_view>
+#include <unordered_map>
+
+namespace server
+{
+
+/// Where a piece lies: its frame (header and stored bytes, as they go over the wire) in one of the pack
+/// files.
+struct PieceLocation {
+    std::uint32_t pack = 0;
+    std::uint64_t offset = 0;
+    std::uint32_t length = 0; ///< of the whole frame
+
+    friend bool operator==(const PieceLocation&, const PieceLocation&) = default;
+};
+
+/// An open file, closed when the last user lets go.
+class OpenFile
+{
+public:
+    explicit OpenFile(int descriptor)
+        : m_descriptor(descriptor)
+    {
+    }
+    OpenFile(const OpenFile&) = delete;
+    OpenFile& operator=(const OpenFile&) = delete;
+    ~OpenFile();
+
+    [[nodiscard]] int descriptor() const { return m_descriptor; }
+
+private:
+    int m_descriptor;
+};
+
+/// Reads the pack files: large files that only ever grow, so that an offset stays good for ever. Any thread.
+class PackReader
+{
+public:
+    explicit PackReader(std::filesystem::path folder)
+        : m_folder(std::move(folder))
+    {
+    }
+
+    /// The file of a pack, opened once and kept; null when it is not there.
+    [[nodiscard]] std::shared_ptr<const OpenFile> open(std::uint32_t pack);
+
+private:
+    std::filesystem::path m_folder;
+    std::mutex m_mutex; ///< protects the table of open files
+    std::unordered_map<std::uint32_t, std::shared_ptr<const OpenFile>> m_files;
+};
+
+/// Appends frames to the newest pack. There is one writer at a time on a folder, over all processes: the
+/// constructor waits for the other. What a killed writer left behind its last commit stays as dead bytes and
+/// harms nobody.
+class PackWriter
+{
+public:
+    /// Throws std::runtime_error when the folder cannot be written.
+    explicit PackWriter(std::filesystem::path folder);
+    PackWriter(const PackWriter&) = delete;
+    PackWriter& operator=(const PackWriter&) = delete;
+    ~PackWriter();
+
+    /// Throws std::runtime_error, for example on a full disk.
+    [[nodiscard]] PieceLocation append(std::string_view frame);
+
+    /// Returns when everything that was appended is on the disk. Throws std::runtime_error.
+    void sync();
+
+private:
+    void openNext();
+
+    std::filesystem::path m_folder;
+    FolderLock m_lock;
+    int m_descriptor = -1;
+    std::uint32_t m_pack = 0;
+    std::uint64_t m_size = 0;
+    std::string m_buffer; ///< appended and not yet written
+};
+
+/// The name of a pack's file.
+[[nodiscard]] std::string PackName(std::uint32_t pack);
+
+} // namespace server

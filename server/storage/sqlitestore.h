@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "server/storage/store.h"
+
+#include <filesystem>
+#include <memory>
+#include <mutex>
+
+namespace server
+{
+
+/// A store in one SQLite file, shared by several threads and processes.
+class SqliteStore : public Store
+{
+public:
+    /// Opens the file, makes it when it is missing. Throws std::exception when it cannot be used, and for a
+    /// file that a newer version has written.
+    explicit SqliteStore(std::filesystem::path file);
+    ~SqliteStore() override;
+
+    [[nodiscard]] std::optional<std::int64_t> addAccount(const Account& account) override;
+    [[nodiscard]] std::optional<Account> findAccount(const std::string& name) override;
+    [[nodiscard]] std::vector<Account> accounts() override;
+    [[nodiscard]] bool setPassword(const std::string& name, const PasswordHash& password) override;
+    void addSession(const wire::Digest& token, std::int64_t account, std::int64_t expires) override;
+    [[nodiscard]] std::optional<Session> findSession(const wire::Digest& token, std::int64_t now) override;
+    void removeSession(const wire::Digest& token) override;
+    std::int64_t putOrganisation(const std::string& name, const std::string& tree) override;
+    [[nodiscard]] std::string organisationTree(std::int64_t account) override;
+    void putApplication(const std::string& id, bool mayUpload, const std::string& reason) override;
+    [[nodiscard]] std::string uploadRefusal(const std::string& id) override;
+    [[nodiscard]] std::int64_t changeCounter() override;
+    [[nodiscard]] std::vector<Project> visibleProjects(std::int64_t account) override;
+    [[nodiscard]] std::vector<ProjectState> visibleStates(std::int64_t account) override;
+    [[nodiscard]] std::optional<std::pair<Project, ProjectState>>
+    findProject(std::int64_t account, const std::string& guid) override;
+    void putProject(const Project& project) override;
+    void setStatus(const std::string& guid, ProjectStatus status) override;
+    [[nodiscard]] std::optional<Revision> findRevision(const std::string& guid,
+                                                       const wire::Digest& root) override;
+    [[nodiscard]] std::string head(const std::string& guid) override;
+    [[nodiscard]] std::optional<PieceLocation> findPiece(const wire::Digest& name) override;
+    void commitRevision(const std::string& guid, const Revision& revision,
+                        std::span<const std::pair<wire::Digest, PieceLocation>> newPieces) override;
+
+private:
+    class Connection;
+    class Lease;
+
+    [[nodiscard]] Lease lease();
+
+    std::filesystem::path m_file;
+    std::mutex m_mutex; ///< protects the free connections
+    std::vector<std::unique_ptr<Connection>> m_free;
+};
+
+} // namespace server

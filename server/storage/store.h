@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "server/storage/packs.h"
+#include "wire/digest.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace server
+{
+
+/// How an account's password is kept: a salted scrypt hash.
+struct PasswordHash {
+    std::string salt;
+    std::string hash;
+};
+
+struct Account {
+    std::int64_t id = 0;
+    std::string name;      ///< what is typed at the login
+    std::string loginName; ///< what the title bar shows
+    std::optional<std::int64_t> organisation;
+    PasswordHash password;
+};
+
+struct Session {
+    std::int64_t account = 0;
+    std::string name;
+    std::string loginName;
+    std::int64_t expires = 0; ///< seconds since 1970
+};
+
+/// What an account has to say about a project, and where it belongs.
+struct Project {
+    std::string guid;
+    std::string type; ///< "CIM", "BIM" or "MODEL"
+    std::string name;
+    std::string record; ///< the project's record for the list, a JSON object; empty for a model
+    std::int64_t owner = 0;
+    std::optional<std::int64_t> organisation; ///< everybody of it sees the project
+    bool isDemo = false;                      ///< everybody sees the project
+    std::string parent;                       ///< a model's building project; who sees that sees this
+};
+
+/// How a project stands on the server.
+enum class ProjectStatus { uploadFailed = -1, uploading = 0, normal = 1, converting = 3 };
+
+/// The word for a status on the wire.
+[[nodiscard]] inline std::string StatusWord(ProjectStatus status)
+{
+    return std::to_string(static_cast<int>(status));
+}
+
+struct ProjectState {
+    std::string guid;
+    ProjectStatus status = ProjectStatus::normal;
+    std::string head; ///< name of the newest revision, empty before the first
+};
+
+struct Revision {
+    wire::Digest root;
+    std::string manifest; ///< encoded
+    std::string layout;   ///< encoded
+};
+
+/// What the server remembers. Every operation is whole or not at all, may be called on any thread, waits for
+/// the database and throws std::exception when that fails.
+class Store
+{
+public:
+    virtual ~Store() = default;
+
+    // Accounts
+
+    /// The id of a new account; nothing when the name is taken.
+    [[nodiscard]] virtual std::optional<std::int64_t> addAccount(const Account& account) = 0;
+    [[nodiscard]] virtual std::optional<Account> findAccount(const std::string& name) = 0;
+    [[nodiscard]] virtual std::vector<Account> accounts() = 0;
+    /// Replaces a password and ends the account's sessions. False when there is no such account.
+    [[nodiscard]] virtual bool setPassword(const std::string& name, const PasswordHash& password) = 0;
+
+    virtual void addSession(const wire::Digest& token, std::int64_t account, std::int64_t expires) = 0;
+    /// The session of a token; nothing when there is none or when it has expired at `now`.
+    [[nodiscard]] virtual std::optional<Session> findSession(const wire::Digest& token, std::int64_t now) = 0;
+    virtual void removeSession(const wire::Digest& token) = 0;
+
+    // Organisations
+
+    /// The id of the organisation of that name, made or given this tree. `tree` is JSON.
+    virtual std::int64_t putOrganisation(const std::string& name, const std::string& tree) = 0;
+    /// The tree of an account's organisation; empty when it has none.
+    [[nodiscard]] virtual std::string organisationTree(std::int64_t account) = 0;
+
+    // Applications
+
+    virtual void putApplication(const std::string& id, bool mayUpload, const std::string& reason) = 0;
+    /// Why projects of an application may not be uploaded; empty when they may.
+    [[nodiscard]] virtual std::string uploadRefusal(const std::string& id) = 0;
+
+    // Projects
+
+    /// A number that grows with every change of what anybody sees of projects.
+    [[nodiscard]] virtual std::int64_t changeCounter() = 0;
+    /// What an account sees: its own, its organisation's and the demonstration projects, without models, in a
+    /// stable order.
+    [[nodiscard]] virtual std::vector<Project> visibleProjects(std::int64_t account) = 0;
+    /// The states of what an account sees, models included.
+    [[nodiscard]] virtual std::vector<ProjectState> visibleStates(std::int64_t account) = 0;
+    /// A project and its state when the account sees it.
+    [[nodiscard]] virtual std::optional<std::pair<Project, ProjectState>>
+    findProject(std::int64_t account, const std::string& guid) = 0;
+    virtual void putProject(const Project& project) = 0;
+    virtual void setStatus(const std::string& guid, ProjectStatus status) = 0;
+
+    // Revisions
+
+    [[nodiscard]] virtual std::optional<Revision> findRevision(const std::string& guid,
+                                                               const wire::Digest& root) = 0;
+    /// The name of a project's newest revision, empty when it has none.
+    [[nodiscard]] virtual std::string head(const std::string& guid) = 0;
+    [[nodiscard]] virtual std::optional<PieceLocation> findPiece(const wire::Digest& name) = 0;
+    /// Makes a revision the newest of its project, with the pieces that it brought.
+    virtual void commitRevision(const std::string& guid, const Revision& revision,
+                                std::span<const std::pair<wire::Digest, PieceLocation>> newPieces) = 0;
+};
+
+} // namespace server

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#include "shell/loginwindow.h"
+
+#include "shell/logincontroller.h"
+
+#include <QGuiApplication>
+#include <QQmlContext>
+#include <QScreen>
+
+namespace shell
+{
+
+LoginWindow::LoginWindow(LoginController& controller)
+{
+    setTitle(QStringLiteral("Torvo Home"));
+    setFlags(Qt::Window | Qt::FramelessWindowHint);
+    rootContext()->setContextProperty(QStringLiteral("loginController"), &controller);
+    rootContext()->setContextProperty(QStringLiteral("loginWindow"), this);
+    setResizeMode(QQuickView::SizeViewToRootObject);
+    setSource(QUrl(QStringLiteral("qrc:/shell/Login.qml")));
+    const QRect area = screen()->availableGeometry();
+    setPosition(area.center() - QPoint(width() / 2, height() / 2));
+}
+
+void LoginWindow::move(double xOffset, double yOffset)
+{
+    setPosition(x() + static_cast<int>(xOffset), y() + static_cast<int>(yOffset));
+}
+
+} // namespace shell
