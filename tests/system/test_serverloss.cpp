@@ -27,8 +27,8 @@ private slots:
         QVERIFY(session->beginDownload(house));
         server->kill();
 
-        QTRY_VERIFY_WITH_TIMEOUT(HomeScreen::shows(QStringLiteral("tipDialog")), 30000);
-        QVERIFY(!HomeScreen::textOf(QStringLiteral("tipText")).isEmpty());
+        QTRY_VERIFY_WITH_TIMEOUT(HomeScreen::shows(QStringLiteral("messageText")), 30000);
+        QVERIFY(!HomeScreen::textOf(QStringLiteral("messageText")).isEmpty());
         QTRY_VERIFY(HomeScreen::card(house) == nullptr);
         QCOMPARE(projectFolders(), QStringList());
     }
@@ -39,9 +39,9 @@ private slots:
         server->halt();
         QVERIFY(session->beginDownload(house));
         server->kill();
-        QTRY_VERIFY_WITH_TIMEOUT(HomeScreen::shows(QStringLiteral("tipDialog")), 30000);
+        QTRY_VERIFY_WITH_TIMEOUT(HomeScreen::shows(QStringLiteral("messageText")), 30000);
         session->desktop().press(0xff1b);
-        QTRY_VERIFY(!HomeScreen::shows(QStringLiteral("tipDialog")));
+        QTRY_VERIFY(!HomeScreen::shows(QStringLiteral("messageText")));
         QTRY_VERIFY(HomeScreen::card(house) == nullptr);
 
         server->start();

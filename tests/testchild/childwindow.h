@@ -14,6 +14,10 @@ public:
 
     static constexpr QRgb colour = 0xff2060c0;
 
+    /// Takes a new size and stays where it lies in the home window. QWindow::resize would move it too, to
+    /// where the window would lie if it stood on the screen by itself.
+    void resizeInPlace(int width, int height);
+
 signals:
     void shown(quint64 id);
 

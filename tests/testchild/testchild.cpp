@@ -170,7 +170,7 @@ void TestChild::take(const QByteArray& payload)
     if (m_window && what == "hide")
         m_window->hide();
     if (m_window && what == "resize")
-        m_window->resize(message.value("w").toInt(), message.value("h").toInt());
+        m_window->resizeInPlace(message.value("w").toInt(), message.value("h").toInt());
     if (what == m_awaited) {
         m_awaited.clear();
         playOn();

@@ -2,6 +2,7 @@
 #include "check/check.h"
 
 #include "road/picture.h"
+#include "road/processes.h"
 #include "road/samplecontent.h"
 
 #include <csignal>
@@ -36,6 +37,8 @@ bool Check::take(const char* name, Step step)
     timer.start();
     const bool happened = (this->*step)();
     const auto milliseconds = timer.elapsed();
+    // What has happened is not painted yet.
+    m_session.desktop().awaitQuiet();
     const QString picture = QStringLiteral("%1-%2.png").arg(++m_number).arg(QString(name).replace(' ', '-'));
     keepPicture(picture);
     std::printf(R"({"step": "%s", "happened": %s, "milliseconds": %lld, "picture": "%s"})"
@@ -97,11 +100,15 @@ bool Check::turnModel()
 
 bool Check::goHome()
 {
-    return m_session.goHome() && WaitFor([] { return HomeScreen::card(road::house) != nullptr; });
+    const QImage before = m_session.desktop().picture();
+    return m_session.goHome() && WaitFor([] { return HomeScreen::card(road::house) != nullptr; }) &&
+           WaitFor([&] {
+               return road::DifferenceIn(before, m_session.desktop().picture(), Session::view()) > 0.02;
+           });
 }
 
 bool Check::closeProject()
 {
     return m_session.turnTo(road::house) && m_session.closeCurrentTab() && HomeScreen::tabs().isEmpty() &&
-           WaitFor([this] { return m_session.isNoChildSeen(); });
+           WaitFor([this] { return m_session.isNoChildSeen() && road::Children().isEmpty(); });
 }

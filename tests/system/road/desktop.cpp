@@ -166,6 +166,20 @@ QImage Desktop::picture() const
     return QGuiApplication::primaryScreen()->grabWindow(0).toImage();
 }
 
+void Desktop::awaitQuiet() const
+{
+    constexpr int quietMilliseconds = 300;
+    constexpr int tries = 10;
+    QImage before;
+    for (int i = 0; i < tries; ++i) {
+        const QImage now = picture();
+        if (now == before)
+            return;
+        before = now;
+        QTest::qWait(quietMilliseconds);
+    }
+}
+
 QRect Desktop::areaOf(xcb_window_t window) const
 {
     const auto geometry =

@@ -47,6 +47,8 @@ public:
     void activate(xcb_window_t window);
 
     [[nodiscard]] QImage picture() const;
+    /// Waits until the screen changes no more, but not for long: something may be moving for good.
+    void awaitQuiet() const;
 
     /// The windows inside of `parent`.
     [[nodiscard]] std::vector<NativeWindow> childrenOf(xcb_window_t parent) const;
