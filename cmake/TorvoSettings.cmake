@@ -66,9 +66,33 @@ function(torvo_test name part)
     add_executable(${name} ${ARG_SOURCES})
     torvo_own_code(${name})
     target_link_libraries(${name} PRIVATE ${ARG_LINK} Qt5::Test)
+    add_dependencies(${part}-tests ${name})
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests/${part}/${name})
+    set_property(TARGET ${name} PROPERTY TORVO_TEST_COMMAND ${launcher} $<TARGET_FILE:${name}>)
     add_test(NAME ${part}.${name} COMMAND ${launcher} $<TARGET_FILE:${name}>
         WORKING_DIRECTORY ${CMAKE_BINARY_DIR}/tests/${part}/${name})
     set_tests_properties(${part}.${name} PROPERTIES LABELS ${part} TIMEOUT ${ARG_TIMEOUT}
         ENVIRONMENT "QT_QPA_PLATFORM=${platform};QT_QUICK_BACKEND=software;LC_ALL=C.UTF-8;LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/lsan.supp;${ARG_ENV}")
+endfunction()
+
+# torvo_bench(NAME SOURCES... LINK...): the program bench_NAME, which ./bench builds and runs.
+function(torvo_bench name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+    add_executable(bench_${name} ${ARG_SOURCES})
+    torvo_own_code(bench_${name})
+    target_include_directories(bench_${name} PRIVATE ${CMAKE_SOURCE_DIR}/benchmarks)
+    target_link_libraries(bench_${name} PRIVATE ${ARG_LINK})
+    set_target_properties(bench_${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/benchmarks)
+endfunction()
+
+# torvo_test_again(NAME PART SUFFIX ENV...): the same program once more, with other settings of the environment.
+function(torvo_test_again name part suffix)
+    get_test_property(${part}.${name} ENVIRONMENT environment)
+    get_property(command TARGET ${name} PROPERTY TORVO_TEST_COMMAND)
+    add_test(NAME ${part}.${name}_${suffix} COMMAND ${command}
+        WORKING_DIRECTORY ${CMAKE_BINARY_DIR}/tests/${part}/${name})
+    # Both keep their files in one folder.
+    set_tests_properties(${part}.${name} ${part}.${name}_${suffix} PROPERTIES RESOURCE_LOCK ${name})
+    set_tests_properties(${part}.${name}_${suffix} PROPERTIES LABELS ${part} TIMEOUT 120
+        ENVIRONMENT "${environment};${ARGN}")
 endfunction()

@@ -21,7 +21,9 @@ namespace
 /// The files of a server's data folder.
 struct DataFolder {
     explicit DataFolder(const std::filesystem::path& folder)
-        : database(folder / "server.db"), packs(folder / "packs"), lock(folder / "server.lock")
+        : database(folder / "server.db")
+        , packs(folder / "packs")
+        , lock(folder / "server.lock")
     {
         std::filesystem::create_directories(packs);
         std::filesystem::permissions(folder, std::filesystem::perms::owner_all);
@@ -71,7 +73,8 @@ int Serve(const Options& options)
     server::Server server(api, options.listen.substr(0, colon),
                           static_cast<std::uint16_t>(std::stoul(options.listen.substr(colon + 1))),
                           std::max(1U, std::thread::hardware_concurrency()));
-    std::cout << "listening on http://" << options.listen.substr(0, colon) << ':' << server.port() << std::endl;
+    std::cout << "listening on http://" << options.listen.substr(0, colon) << ':' << server.port()
+              << std::endl;
     if (!options.portFile.empty())
         WritePortFile(options.portFile, server.port());
     server.run();
@@ -100,13 +103,15 @@ int Publish(const Options& options)
     return 0;
 }
 
-/// A password from the standard input, so that it stands neither on the command line nor in the shell's history.
+/// A password from the standard input, so that it stands neither on the command line nor in the shell's
+/// history.
 std::string ReadPassword()
 {
     std::string password;
     std::getline(std::cin, password);
     if (password.empty())
-        throw std::runtime_error("the password is read from the standard input, one line, and must not be empty");
+        throw std::runtime_error(
+            "the password is read from the standard input, one line, and must not be empty");
     return password;
 }
 
@@ -150,8 +155,10 @@ int main(int argumentCount, char** arguments)
     app.set_version_flag("--version", TORVO_VERSION);
     app.require_subcommand(0, 1);
     app.add_option("--data", options.data, "folder of the server's data, made when it is missing");
-    app.add_option("--listen", options.listen, "ADDRESS:PORT; port 0 takes a free one")->capture_default_str();
-    app.add_option("--port-file", options.portFile, "file that the port is written to when the server is ready");
+    app.add_option("--listen", options.listen, "ADDRESS:PORT; port 0 takes a free one")
+        ->capture_default_str();
+    app.add_option("--port-file", options.portFile,
+                   "file that the port is written to when the server is ready");
     app.add_option("--token-hours", options.tokenHours, "how long a login lasts")->capture_default_str();
 
     const auto addData = [&](CLI::App* command) {

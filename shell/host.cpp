@@ -10,8 +10,13 @@ namespace shell
 {
 
 Host::Host(const HostConfig& config, QObject* parent)
-    : QObject(parent), m_config(config), m_server(config.server), m_projectHost(m_server)
-    , m_hostPlugin(m_projectHost, m_messages), m_login(m_server, SavedLoginFile()), m_watch(m_server, m_messages)
+    : QObject(parent)
+    , m_config(config)
+    , m_server(config.server)
+    , m_projectHost(m_server)
+    , m_hostPlugin(m_projectHost, m_messages)
+    , m_login(m_server, SavedLoginFile())
+    , m_watch(m_server, m_messages)
 {
     connect(&m_login, &LoginController::loggedIn, this, &Host::enter);
     connect(&m_login, &LoginController::attention, this, &Host::showLogin);

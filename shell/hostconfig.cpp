@@ -43,7 +43,8 @@ HostConfig ReadHostConfig(const QString& file, const QStringList& arguments, QSt
                                     QStringLiteral("URL"));
     const QCommandLineOption appVer(QStringLiteral("app-ver"), QStringLiteral("variant: Lite or Normal"),
                                     QStringLiteral("NAME"));
-    const QCommandLineOption bimSdk(QStringLiteral("bim-sdk"), QStringLiteral("the variant with a logout button"));
+    const QCommandLineOption bimSdk(QStringLiteral("bim-sdk"),
+                                    QStringLiteral("the variant with a logout button"));
     QCommandLineParser parser;
     parser.addOptions({server, appVer, bimSdk});
     parser.addPositionalArgument(QStringLiteral("notAutoLogin"), QStringLiteral("show the login"));

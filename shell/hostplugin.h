@@ -12,7 +12,11 @@ namespace shell
 class HostPlugin final : public TorvoSDK::ITorvoSDKPlugin
 {
 public:
-    HostPlugin(ProjectHost& projectHost, MessageService& messages) : m_projectHost(projectHost), m_messages(messages) {}
+    HostPlugin(ProjectHost& projectHost, MessageService& messages)
+        : m_projectHost(projectHost)
+        , m_messages(messages)
+    {
+    }
 
     TorvoSDK::IProjectHost* GetProjectHost() override { return &m_projectHost; }
     TorvoSDK::IHostMessageService* GetMessageService() override { return &m_messages; }

@@ -14,7 +14,10 @@ Q_LOGGING_CATEGORY(log, "torvo.shell")
 } // namespace
 
 LoginController::LoginController(ProjectServer& server, const QString& savedLoginFile, QObject* parent)
-    : QObject(parent), m_server(server), m_savedLoginFile(savedLoginFile), m_account(ReadSavedAccount(savedLoginFile))
+    : QObject(parent)
+    , m_server(server)
+    , m_savedLoginFile(savedLoginFile)
+    , m_account(ReadSavedAccount(savedLoginFile))
 {
 }
 

@@ -28,7 +28,8 @@ public:
     [[nodiscard]] QString account() const { return m_account; }
     [[nodiscard]] QString server() const { return m_server.address(); }
 
-    /// Asks the server; the answer is either loggedIn or a message. Nothing happens while an attempt is under way.
+    /// Asks the server; the answer is either loggedIn or a message. Nothing happens while an attempt is under
+    /// way.
     Q_INVOKABLE void logIn(const QString& account, const QString& password);
 
     /// Uses the saved login if the server still takes it; otherwise attention() asks for a new one.

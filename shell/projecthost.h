@@ -10,12 +10,16 @@
 namespace shell
 {
 
-/// The host's books about projects: the local ones as the plugin tells them, the server's as the server lists them.
+/// The host's books about projects: the local ones as the plugin tells them, the server's as the server lists
+/// them.
 class ProjectHost final : public TorvoSDK::IProjectHost
 {
 public:
     /// `server` must outlive this object.
-    explicit ProjectHost(ProjectServer& server) : m_server(server) {}
+    explicit ProjectHost(ProjectServer& server)
+        : m_server(server)
+    {
+    }
 
     /// Takes the organisation that the login brought.
     void setOrganisation(const std::optional<TorvoSDK::SOrgNode>& root);
@@ -26,8 +30,8 @@ public:
     void RemoveProjectRecord(const std::wstring& guid) override;
     bool GetServerProjects(std::vector<TorvoSDK::SServerProjectRecord>& records, std::wstring& note) override;
     bool GetOrgTree(TorvoSDK::SOrgNode& root) override;
-    void NotifyUploaded(const TorvoSDK::SLocalProjectRecord& record, const std::vector<std::wstring>& subProjects,
-                        bool success) override;
+    void NotifyUploaded(const TorvoSDK::SLocalProjectRecord& record,
+                        const std::vector<std::wstring>& subProjects, bool success) override;
     void SetSubProjNames(const std::wstring& guid, const QMap<QString, QString>& names) override;
     void NotifyDownloaded(const std::wstring& guid, bool success) override;
     void NotifyUpdated(const std::wstring& guid, bool success) override;

@@ -86,7 +86,8 @@ TorvoSDK::SOrgNode OrgNodeOf(const QJsonObject& object, int depth = 0)
 ProjectServer::LoginAnswer AskForLogin(http::Client& client, const QString& address, const QString& account,
                                        const QString& password)
 {
-    const QJsonObject credentials{{QStringLiteral("account"), account}, {QStringLiteral("password"), password}};
+    const QJsonObject credentials{{QStringLiteral("account"), account},
+                                  {QStringLiteral("password"), password}};
     http::Request request;
     request.method = "POST";
     request.path = "/api/v1/login";
@@ -110,7 +111,9 @@ ProjectServer::LoginAnswer AskForLogin(http::Client& client, const QString& addr
 } // namespace
 
 ProjectServer::ProjectServer(const QString& address, QObject* parent)
-    : QObject(parent), m_address(address), m_client(std::make_shared<http::Client>())
+    : QObject(parent)
+    , m_address(address)
+    , m_client(std::make_shared<http::Client>())
 {
     static_cast<void>(m_client->setServer(address.toStdString()));
 }
@@ -122,7 +125,8 @@ ProjectServer::~ProjectServer()
 }
 
 template<class Answer>
-void ProjectServer::inBackground(QObject* context, std::function<Answer()> ask, std::function<void(const Answer&)> done)
+void ProjectServer::inBackground(QObject* context, std::function<Answer()> ask,
+                                 std::function<void(const Answer&)> done)
 {
     const QPointer<QObject> guard(context);
     QThreadPool::globalInstance()->start([guard, ask = std::move(ask), done = std::move(done)] {
@@ -182,7 +186,8 @@ void ProjectServer::fetchOrganisation(QObject* context, std::function<void(const
         std::move(done));
 }
 
-bool ProjectServer::projects(std::vector<TorvoSDK::SServerProjectRecord>& records, QString& note, QString& problem)
+bool ProjectServer::projects(std::vector<TorvoSDK::SServerProjectRecord>& records, QString& note,
+                             QString& problem)
 {
     http::Request request;
     request.path = "/api/v1/projects";

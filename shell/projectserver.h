@@ -16,8 +16,8 @@
 namespace shell
 {
 
-/// What the host asks of the project server. Operations with `done` return at once and call it on the GUI thread, unless
-/// `context` has gone by then; the others wait.
+/// What the host asks of the project server. Operations with `done` return at once and call it on the GUI
+/// thread, unless `context` has gone by then; the others wait.
 class ProjectServer : public QObject
 {
     Q_OBJECT
@@ -52,7 +52,8 @@ public:
     };
     void fetchOrganisation(QObject* context, std::function<void(const Organisation&)> done);
 
-    /// The server's project list. False when it could not be had; `problem` then has the words. Waits; GUI thread.
+    /// The server's project list. False when it could not be had; `problem` then has the words. Waits; GUI
+    /// thread.
     [[nodiscard]] bool projects(std::vector<TorvoSDK::SServerProjectRecord>& records, QString& note,
                                 QString& problem);
 

@@ -17,8 +17,8 @@ struct Login {
     qint64 expires = 0; ///< seconds since 1970
 };
 
-/// The login that is kept for the next start; nothing when there is none, when it is for another server or has expired,
-/// or when the file is damaged.
+/// The login that is kept for the next start; nothing when there is none, when it is for another server or
+/// has expired, or when the file is damaged.
 [[nodiscard]] std::optional<Login> ReadSavedLogin(const QString& file, const QString& server, qint64 now);
 
 /// The account that was used last, for the login's field; empty when none is known.

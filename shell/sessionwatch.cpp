@@ -12,7 +12,9 @@ constexpr int interval = 60000;
 } // namespace
 
 SessionWatch::SessionWatch(ProjectServer& server, MessageService& messages, QObject* parent)
-    : QObject(parent), m_server(server), m_messages(messages)
+    : QObject(parent)
+    , m_server(server)
+    , m_messages(messages)
 {
     m_timer.setInterval(interval);
     connect(&m_timer, &QTimer::timeout, this, &SessionWatch::check);

@@ -10,8 +10,8 @@
 namespace shell
 {
 
-/// Looks once a minute whether the login still holds and the server can be reached, and tells the user when that
-/// changes, once per change. GUI thread.
+/// Looks once a minute whether the login still holds and the server can be reached, and tells the user when
+/// that changes, once per change. GUI thread.
 class SessionWatch : public QObject
 {
     Q_OBJECT

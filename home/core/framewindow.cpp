@@ -14,6 +14,7 @@
 #include <QDebug>
 #include <QDir>
 #include <QFile>
+#include <QGuiApplication>
 #include <QProcess>
 #include <QQmlContext>
 #include <QQmlEngine>
@@ -27,6 +28,13 @@ namespace
 QObject* MakeTools(QQmlEngine* /*engine*/, QJSEngine* /*scriptEngine*/)
 {
     return new Tools;
+}
+
+/// Under X11 a maximized window loses that state first and is iconified then, by a window manager that
+/// reports both.
+bool HasStationsOnTheWay()
+{
+    return QGuiApplication::platformName() == QLatin1String("xcb");
 }
 
 /// Writes the restart script beside the program and starts it. A file that cannot be written is logged; the
@@ -58,6 +66,7 @@ CFrameWindow::CFrameWindow(QWindow* parent)
     setResizeMode(QQuickView::SizeRootObjectToView);
     setFlags(Qt::Window | Qt::FramelessWindowHint);
     setFlag(Qt::WindowStaysOnTopHint, false);
+    connect(this, &QWindow::windowStateChanged, this, &CFrameWindow::onWindowStateChanged);
     connect(this, &QQuickView::statusChanged, this, &CFrameWindow::onStatusChanged);
     setSource(QUrl(QStringLiteral("qrc:/qmls/main.qml")));
 }
@@ -76,6 +85,13 @@ void CFrameWindow::onStatusChanged(QQuickView::Status status)
     }
 }
 
+void CFrameWindow::onWindowStateChanged(Qt::WindowState state)
+{
+    // The first report is the echo of our own request, the next one comes from the window manager.
+    if (state == Qt::WindowMinimized && !m_isAskingToMinimize)
+        m_isMinimizing = false;
+}
+
 void CFrameWindow::setMaxed(bool isMaxed)
 {
     if (m_isMaxed == isMaxed)
@@ -86,6 +102,7 @@ void CFrameWindow::setMaxed(bool isMaxed)
 
 void CFrameWindow::showMaximized()
 {
+    m_isMinimizing = false;
     QWindow::showMaximized();
     if (m_sizeKnown) {
         setWidth(m_maxWidth);
@@ -97,12 +114,16 @@ void CFrameWindow::showMaximized()
 void CFrameWindow::showMinimized()
 {
     m_wasMaxed = windowState() == Qt::WindowMaximized;
+    m_isMinimizing = m_wasMaxed && HasStationsOnTheWay();
+    m_isAskingToMinimize = true;
     QWindow::showMinimized();
+    m_isAskingToMinimize = false;
     setMaxed(false);
 }
 
 void CFrameWindow::showNormal()
 {
+    m_isMinimizing = false;
     QWindow::showNormal();
     if (m_sizeKnown) {
         setWidth(m_normalWidth);

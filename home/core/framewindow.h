@@ -22,6 +22,10 @@ public:
     /// The window was maximized just before it was minimized.
     [[nodiscard]] bool wasMaxed() const { return m_wasMaxed; }
 
+    /// The window is on its way from maximized to minimized. Until it has arrived, the other states that the
+    /// window system reports are stations and no restoring.
+    [[nodiscard]] bool isMinimizing() const { return m_isMinimizing; }
+
     // These three hide the operations of QWindow, which they call: maximized, minimized and normal are also a
     // matter of isMaxed and of the remembered sizes here.
     Q_INVOKABLE void showMaximized();
@@ -54,14 +58,17 @@ protected:
 
 private:
     void onStatusChanged(QQuickView::Status status);
+    void onWindowStateChanged(Qt::WindowState state);
     void setMaxed(bool isMaxed);
     void placeUnderCursor();
 
     bool m_isMaxed = false;
     bool m_wasMaxed = false;
-    bool m_restoreToCursor = false; ///< true only inside changeSize
-    QPoint m_cursorPos;             ///< the pointer on the screen when the drag left the maximized state
-    int m_maxWidth = 0;             ///< size when first dragged out of the maximized state
+    bool m_isMinimizing = false;
+    bool m_isAskingToMinimize = false; ///< true only inside QWindow::showMinimized
+    bool m_restoreToCursor = false;    ///< true only inside changeSize
+    QPoint m_cursorPos;                ///< the pointer on the screen when the drag left the maximized state
+    int m_maxWidth = 0;                ///< size when first dragged out of the maximized state
     int m_maxHeight = 0;
     int m_normalWidth = 0; ///< size to restore to
     int m_normalHeight = 0;

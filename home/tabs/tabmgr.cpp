@@ -67,7 +67,7 @@ void CTabMgr::SetFrameWindow(CFrameWindow* view)
     m_frame = view;
     m_lastState = view->windowState();
     connect(view, &QWindow::visibleChanged, this, &CTabMgr::syncVisible);
-    connect(view, &QWindow::windowStateChanged, this, &CTabMgr::syncWindowState);
+    connect(view, &QWindow::windowStateChanged, this, &CTabMgr::onWindowStateChanged);
     connect(view, &CFrameWindow::moved, this, &CTabMgr::syncPos);
     connect(view, &CFrameWindow::resized, this, &CTabMgr::syncSize);
     connect(view, &CFrameWindow::beforeClosing, this, &CTabMgr::syncClosing);
@@ -149,12 +149,18 @@ void CTabMgr::syncVisible()
         sendToAll(OperatorMessage(QStringLiteral("hide")));
 }
 
+void CTabMgr::onWindowStateChanged(Qt::WindowState state)
+{
+    if (state == Qt::WindowMinimized || !m_frame->isMinimizing())
+        syncWindowState(state);
+}
+
 void CTabMgr::syncWindowState(Qt::WindowState state)
 {
     if (m_lastState == Qt::WindowMinimized && state != Qt::WindowMinimized && m_frame->wasMaxed()) {
-        disconnect(m_frame, &QWindow::windowStateChanged, this, &CTabMgr::syncWindowState);
+        disconnect(m_frame, &QWindow::windowStateChanged, this, &CTabMgr::onWindowStateChanged);
         m_frame->showMaximized();
-        connect(m_frame, &QWindow::windowStateChanged, this, &CTabMgr::syncWindowState);
+        connect(m_frame, &QWindow::windowStateChanged, this, &CTabMgr::onWindowStateChanged);
     }
     if (state == Qt::WindowNoState && m_lastState == Qt::WindowMinimized)
         sendTo(m_tab->currentTab(), OperatorMessage(QStringLiteral("showNormal")));

@@ -72,6 +72,7 @@ signals:
     void sigCreateBimProj();
 
 private slots:
+    void onWindowStateChanged(Qt::WindowState state);
     void onReadyReay(const QString& socketName, const QByteArray& data);
     void onSocketDisconnected(const QString& socketName);
     void onBeforeUpload(const QString& guid);

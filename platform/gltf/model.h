@@ -26,9 +26,9 @@ struct Node {
 
 /// Triangles of one node that share one colour.
 struct Part {
-    std::uint32_t node = 0;       ///< index in Model::nodes
-    std::uint32_t firstIndex = 0; ///< in Model::indices
-    std::uint32_t indexCount = 0; ///< a multiple of three
+    std::uint32_t node = 0;                             ///< index in Model::nodes
+    std::uint32_t firstIndex = 0;                       ///< in Model::indices
+    std::uint32_t indexCount = 0;                       ///< a multiple of three
     std::array<float, 4> color{0.8F, 0.8F, 0.8F, 1.0F}; ///< red, green, blue, opacity; linear, 0 to 1
     bool isDoubleSided = false;
 };

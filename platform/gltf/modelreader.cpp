@@ -57,10 +57,22 @@ Matrix MatrixOf(const tinygltf::Node& node)
         const double y = node.rotation[1];
         const double z = node.rotation[2];
         const double w = node.rotation[3];
-        matrix = {1 - 2 * (y * y + z * z), 2 * (x * y + z * w), 2 * (x * z - y * w), 0,
-                  2 * (x * y - z * w), 1 - 2 * (x * x + z * z), 2 * (y * z + x * w), 0,
-                  2 * (x * z + y * w), 2 * (y * z - x * w), 1 - 2 * (x * x + y * y), 0,
-                  0, 0, 0, 1};
+        matrix = {1 - 2 * (y * y + z * z),
+                  2 * (x * y + z * w),
+                  2 * (x * z - y * w),
+                  0,
+                  2 * (x * y - z * w),
+                  1 - 2 * (x * x + z * z),
+                  2 * (y * z + x * w),
+                  0,
+                  2 * (x * z + y * w),
+                  2 * (y * z - x * w),
+                  1 - 2 * (x * x + y * y),
+                  0,
+                  0,
+                  0,
+                  0,
+                  1};
     }
     if (node.scale.size() == 3) {
         for (std::size_t i = 0; i < 12; ++i)
@@ -126,13 +138,15 @@ Elements ElementsOf(const tinygltf::Model& model, int accessorIndex, int type)
         throw Problem("it points to a buffer that is not there");
     const auto& buffer = model.buffers[static_cast<std::size_t>(view.buffer)].data;
     const int stride = accessor.ByteStride(view);
-    const int elementSize = tinygltf::GetComponentSizeInBytes(static_cast<std::uint32_t>(accessor.componentType)) *
-                            tinygltf::GetNumComponentsInType(static_cast<std::uint32_t>(type));
+    const int elementSize =
+        tinygltf::GetComponentSizeInBytes(static_cast<std::uint32_t>(accessor.componentType)) *
+        tinygltf::GetNumComponentsInType(static_cast<std::uint32_t>(type));
     if (stride <= 0 || elementSize <= 0)
         throw Problem("it stores its data in a way that is not read");
     const std::size_t begin = view.byteOffset + accessor.byteOffset;
-    const std::size_t needed =
-        accessor.count == 0 ? 0 : (accessor.count - 1) * static_cast<std::size_t>(stride) + static_cast<std::size_t>(elementSize);
+    const std::size_t needed = accessor.count == 0 ? 0
+                                                   : (accessor.count - 1) * static_cast<std::size_t>(stride) +
+                                                         static_cast<std::size_t>(elementSize);
     if (accessor.count > mostVertices * 8 || begin > buffer.size() || needed > buffer.size() - begin)
         throw Problem("its data is shorter than it says");
     return {buffer.data() + begin, accessor.count, static_cast<std::size_t>(stride), accessor.componentType};
@@ -173,7 +187,10 @@ std::uint32_t IndexAt(const Elements& elements, std::size_t index)
 class Reader
 {
 public:
-    explicit Reader(const tinygltf::Model& source) : m_source(source) {}
+    explicit Reader(const tinygltf::Model& source)
+        : m_source(source)
+    {
+    }
 
     Model read()
     {
@@ -256,8 +273,8 @@ private:
         }
     }
 
-    void takeNormals(const tinygltf::Primitive& primitive, std::uint32_t first, std::size_t count, const Part& part,
-                     const Matrix& matrix)
+    void takeNormals(const tinygltf::Primitive& primitive, std::uint32_t first, std::size_t count,
+                     const Part& part, const Matrix& matrix)
     {
         const auto normal = primitive.attributes.find("NORMAL");
         if (normal == primitive.attributes.end()) {
@@ -284,7 +301,8 @@ private:
             const auto& c = vertices[corners[i + 2]].position;
             const Vector3 u{b[0] - a[0], b[1] - a[1], b[2] - a[2]};
             const Vector3 v{c[0] - a[0], c[1] - a[1], c[2] - a[2]};
-            const Vector3 normal{u[1] * v[2] - u[2] * v[1], u[2] * v[0] - u[0] * v[2], u[0] * v[1] - u[1] * v[0]};
+            const Vector3 normal{u[1] * v[2] - u[2] * v[1], u[2] * v[0] - u[0] * v[2],
+                                 u[0] * v[1] - u[1] * v[0]};
             for (std::size_t corner = 0; corner < 3; ++corner) {
                 for (std::size_t axis = 0; axis < 3; ++axis)
                     vertices[corners[i + corner]].normal[axis] += normal[axis];
@@ -312,7 +330,8 @@ private:
 };
 
 /// Pictures are not drawn; nothing is decoded for them.
-bool IgnoreImage(tinygltf::Image*, const int, std::string*, std::string*, int, int, const unsigned char*, int, void*)
+bool IgnoreImage(tinygltf::Image*, const int, std::string*, std::string*, int, int, const unsigned char*, int,
+                 void*)
 {
     return true;
 }

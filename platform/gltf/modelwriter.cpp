@@ -19,7 +19,8 @@ namespace
 class Writer
 {
 public:
-    Writer(const Model& model, const std::string& generator) : m_model(model)
+    Writer(const Model& model, const std::string& generator)
+        : m_model(model)
     {
         m_target.asset.version = "2.0";
         m_target.asset.generator = generator;
@@ -49,7 +50,8 @@ private:
         for (std::size_t i = 0; i < m_model.nodes.size(); ++i) {
             m_target.nodes[i].name = m_model.nodes[i].name;
             if (m_model.nodes[i].parent >= 0)
-                m_target.nodes[static_cast<std::size_t>(m_model.nodes[i].parent)].children.push_back(static_cast<int>(i));
+                m_target.nodes[static_cast<std::size_t>(m_model.nodes[i].parent)].children.push_back(
+                    static_cast<int>(i));
         }
     }
 
@@ -76,7 +78,8 @@ private:
             positions.push_back(vertex.position);
             normals.push_back(vertex.normal);
         }
-        m_positions = addView(positions.data(), positions.size() * sizeof(Vector3), TINYGLTF_TARGET_ARRAY_BUFFER);
+        m_positions =
+            addView(positions.data(), positions.size() * sizeof(Vector3), TINYGLTF_TARGET_ARRAY_BUFFER);
         m_normals = addView(normals.data(), normals.size() * sizeof(Vector3), TINYGLTF_TARGET_ARRAY_BUFFER);
     }
 
@@ -107,15 +110,16 @@ private:
         tinygltf::Primitive primitive;
         primitive.mode = TINYGLTF_MODE_TRIANGLES;
         primitive.material = materialOf(part);
-        const int position = addAccessor(m_positions, offset, count, TINYGLTF_TYPE_VEC3, TINYGLTF_COMPONENT_TYPE_FLOAT);
+        const int position =
+            addAccessor(m_positions, offset, count, TINYGLTF_TYPE_VEC3, TINYGLTF_COMPONENT_TYPE_FLOAT);
         setBounds(m_target.accessors.back(), *low, count);
         primitive.attributes["POSITION"] = position;
         primitive.attributes["NORMAL"] =
             addAccessor(m_normals, offset, count, TINYGLTF_TYPE_VEC3, TINYGLTF_COMPONENT_TYPE_FLOAT);
         const int view = addView(indices.data(), indices.size() * sizeof(std::uint32_t),
                                  TINYGLTF_TARGET_ELEMENT_ARRAY_BUFFER);
-        primitive.indices = addAccessor(view, 0, indices.size(), TINYGLTF_TYPE_SCALAR,
-                                        TINYGLTF_COMPONENT_TYPE_UNSIGNED_INT);
+        primitive.indices =
+            addAccessor(view, 0, indices.size(), TINYGLTF_TYPE_SCALAR, TINYGLTF_COMPONENT_TYPE_UNSIGNED_INT);
 
         auto& node = m_target.nodes[part.node];
         if (node.mesh < 0) {

@@ -32,7 +32,8 @@ void Append(HeaderList& list, const std::string& header)
 /// A token or a cookie with a line break in it would smuggle headers into the request.
 bool IsHeaderText(const std::string& text)
 {
-    return std::none_of(text.begin(), text.end(), [](char character) { return character == '\r' || character == '\n'; });
+    return std::none_of(text.begin(), text.end(),
+                        [](char character) { return character == '\r' || character == '\n'; });
 }
 
 /// What arrives of an answer, while it arrives.
@@ -77,10 +78,10 @@ std::size_t OnHeader(char* bytes, std::size_t /*one*/, std::size_t count, void* 
 {
     constexpr std::string_view etag = "etag:";
     std::string_view line(bytes, count);
-    const bool isEtag =
-        line.size() > etag.size() && std::equal(etag.begin(), etag.end(), line.begin(), [](char left, char right) {
-            return left == std::tolower(static_cast<unsigned char>(right));
-        });
+    const bool isEtag = line.size() > etag.size() &&
+                        std::equal(etag.begin(), etag.end(), line.begin(), [](char left, char right) {
+                            return left == std::tolower(static_cast<unsigned char>(right));
+                        });
     if (isEtag) {
         line.remove_prefix(etag.size());
         const auto first = line.find_first_not_of(" \t");
@@ -91,7 +92,8 @@ std::size_t OnHeader(char* bytes, std::size_t /*one*/, std::size_t count, void* 
     return count;
 }
 
-int OnProgress(void* context, curl_off_t /*downTotal*/, curl_off_t /*down*/, curl_off_t /*upTotal*/, curl_off_t /*up*/)
+int OnProgress(void* context, curl_off_t /*downTotal*/, curl_off_t /*down*/, curl_off_t /*upTotal*/,
+               curl_off_t /*up*/)
 {
     return static_cast<Arrival*>(context)->isUnwanted() ? 1 : 0;
 }
@@ -116,7 +118,10 @@ Fault FaultOfTransfer(CURLcode result, const Arrival& arrival, const std::string
 class Client::Connection
 {
 public:
-    Connection() : m_handle(curl_easy_init()) {}
+    Connection()
+        : m_handle(curl_easy_init())
+    {
+    }
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
     ~Connection() { curl_easy_cleanup(m_handle); }
@@ -164,7 +169,8 @@ private:
             Append(headers, name + ": " + value);
         if (request.method != "GET") {
             curl_easy_setopt(m_handle, CURLOPT_CUSTOMREQUEST, request.method.c_str());
-            curl_easy_setopt(m_handle, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(request.body.size()));
+            curl_easy_setopt(m_handle, CURLOPT_POSTFIELDSIZE_LARGE,
+                             static_cast<curl_off_t>(request.body.size()));
             curl_easy_setopt(m_handle, CURLOPT_POSTFIELDS, request.body.data());
             Append(headers, "Content-Type: " + request.contentType);
             Append(headers, "Expect:");
@@ -266,8 +272,8 @@ std::string EncodedName(std::string_view name)
     std::string encoded;
     for (char character : name) {
         const auto byte = static_cast<unsigned char>(character);
-        const bool isPlain = byte < 0x80 && (std::isalnum(byte) != 0 || character == '-' || character == '_' ||
-                                             character == '.' || character == '~');
+        const bool isPlain = byte < 0x80 && (std::isalnum(byte) != 0 || character == '-' ||
+                                             character == '_' || character == '.' || character == '~');
         if (isPlain) {
             encoded += character;
         } else {

@@ -34,8 +34,8 @@ struct Request {
     std::chrono::milliseconds timeout{10000}; ///< for the whole exchange; 0: as long as bytes keep coming
     std::size_t largestReply = 64U << 20U;
 
-    /// Takes the bytes of a successful answer as they come; false gives the request up. Without it the bytes are
-    /// gathered in Reply::body.
+    /// Takes the bytes of a successful answer as they come; false gives the request up. Without it the bytes
+    /// are gathered in Reply::body.
     std::function<bool(std::span<const std::byte>)> take{};
 
     /// Once it is set the request is given up, within a second. May be null.
@@ -49,11 +49,11 @@ struct Reply {
     std::string etag;
 };
 
-/// Requests to one project server. Connections stay open and are used again. Any thread, several at once; every
-/// operation waits.
+/// Requests to one project server. Connections stay open and are used again. Any thread, several at once;
+/// every operation waits.
 ///
-/// Requests that change nothing are tried a second time when the connection broke before anything came back. Proxy and
-/// TLS settings come from the environment, as libcurl has them.
+/// Requests that change nothing are tried a second time when the connection broke before anything came back.
+/// Proxy and TLS settings come from the environment, as libcurl has them.
 class Client
 {
 public:

@@ -28,8 +28,9 @@ inline constexpr int cancelled = 50900;
 /// A JSON object with the integer "code" and the text "msg"; the empty text when there is no fault.
 [[nodiscard]] std::string ToJson(const Fault& fault);
 
-/// The fault that an error answer of the server tells of. An answer that is not in the server's form, for example the
-/// page of a proxy, gives badReply with the status in its words; 401 without a code counts as an expired login.
+/// The fault that an error answer of the server tells of. An answer that is not in the server's form, for
+/// example the page of a proxy, gives badReply with the status in its words; 401 without a code counts as an
+/// expired login.
 [[nodiscard]] Fault FaultOfAnswer(unsigned status, std::string_view body);
 
 } // namespace http

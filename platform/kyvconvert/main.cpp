@@ -39,11 +39,13 @@ int Fail(int code, const std::string& reason)
 int main(int argumentCount, char** arguments)
 {
     const QCoreApplication app(argumentCount, arguments);
-    const QCommandLineOption name(QStringLiteral("name"), QStringLiteral("name of the model"), QStringLiteral("NAME"));
-    const QCommandLineOption only(QStringLiteral("only"), QStringLiteral("keep only what stands at or below this node"),
+    const QCommandLineOption name(QStringLiteral("name"), QStringLiteral("name of the model"),
+                                  QStringLiteral("NAME"));
+    const QCommandLineOption only(QStringLiteral("only"),
+                                  QStringLiteral("keep only what stands at or below this node"),
                                   QStringLiteral("NODE"));
-    const QCommandLineOption picture(QStringLiteral("picture"), QStringLiteral("draw the model into this file"),
-                                     QStringLiteral("FILE"));
+    const QCommandLineOption picture(QStringLiteral("picture"),
+                                     QStringLiteral("draw the model into this file"), QStringLiteral("FILE"));
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Converts a model file into a model folder."));
     parser.addHelpOption();
@@ -64,13 +66,14 @@ int main(int argumentCount, char** arguments)
         return Fail(badSource, "the model has no node with this name and a surface");
 
     const QString modelName = parser.isSet(name) ? parser.value(name) : input.completeBaseName();
-    const auto problem = kyvconvert::WriteModelFolder(source, modelName.toStdString(), input.fileName().toStdString(),
-                                                      given[1].toStdString());
+    const auto problem = kyvconvert::WriteModelFolder(source, modelName.toStdString(),
+                                                      input.fileName().toStdString(), given[1].toStdString());
     if (!problem.empty())
         return Fail(cannotWrite, problem);
     if (parser.isSet(picture)) {
         const gltf::Model* models[] = {&source.model};
-        if (!kyvconvert::DrawPicture(models, pictureSize).save(parser.value(picture), nullptr, pictureQuality))
+        if (!kyvconvert::DrawPicture(models, pictureSize)
+                 .save(parser.value(picture), nullptr, pictureQuality))
             return Fail(cannotWrite, "the picture cannot be written");
     }
     ShowPercent(100);

@@ -18,15 +18,16 @@ using nlohmann::json;
 json ModelFacts(const SourceModel& source, const std::string& name, const std::string& sourceName)
 {
     const auto& model = source.model;
-    return {{"name", name},
-            {"type", "MODEL"},
-            {"source", sourceName},
-            {"bounds", {{"low", model.bounds.low}, {"high", model.bounds.high}}},
-            {"triangles", model.indices.size() / 3},
-            {"vertices", model.vertices.size()},
-            {"nodes", model.nodes.size()},
-            {"parts", model.parts.size()},
-            {"dropped", {{"pointsAndLines", source.droppedPrimitives}, {"textures", source.droppedTextures}}}};
+    return {
+        {"name", name},
+        {"type", "MODEL"},
+        {"source", sourceName},
+        {"bounds", {{"low", model.bounds.low}, {"high", model.bounds.high}}},
+        {"triangles", model.indices.size() / 3},
+        {"vertices", model.vertices.size()},
+        {"nodes", model.nodes.size()},
+        {"parts", model.parts.size()},
+        {"dropped", {{"pointsAndLines", source.droppedPrimitives}, {"textures", source.droppedTextures}}}};
 }
 
 json FloorList(const std::vector<Floor>& floors)
@@ -46,8 +47,8 @@ bool WriteJson(const json& value, const std::filesystem::path& file)
 
 } // namespace
 
-std::string WriteModelFolder(const SourceModel& source, const std::string& name, const std::string& sourceName,
-                             const std::filesystem::path& folder)
+std::string WriteModelFolder(const SourceModel& source, const std::string& name,
+                             const std::string& sourceName, const std::filesystem::path& folder)
 {
     std::error_code error;
     const bool isNew = std::filesystem::create_directories(folder, error);

@@ -9,10 +9,11 @@
 namespace kyvconvert
 {
 
-/// Writes a converted model into a folder: "model.glb", "model.json" (name, source, bounds in metres, counts, what was
-/// dropped) and "floors.json". The folder is made; nothing of it is left when something goes wrong. Gives the reason, or
-/// the empty text.
+/// Writes a converted model into a folder: "model.glb", "model.json" (name, source, bounds in metres, counts,
+/// what was dropped) and "floors.json". The folder is made; nothing of it is left when something goes wrong.
+/// Gives the reason, or the empty text.
 [[nodiscard]] std::string WriteModelFolder(const SourceModel& source, const std::string& name,
-                                           const std::string& sourceName, const std::filesystem::path& folder);
+                                           const std::string& sourceName,
+                                           const std::filesystem::path& folder);
 
 } // namespace kyvconvert

@@ -25,15 +25,18 @@ constexpr Vector3 groundBottom = {0.165F, 0.165F, 0.180F};
 
 double Dot(const Vector3& a, const Vector3& b)
 {
-    return static_cast<double>(a[0]) * b[0] + static_cast<double>(a[1]) * b[1] + static_cast<double>(a[2]) * b[2];
+    return static_cast<double>(a[0]) * b[0] + static_cast<double>(a[1]) * b[1] +
+           static_cast<double>(a[2]) * b[2];
 }
 
 /// Parallel projection: what stands upright stays upright and parallel, as in an architect's drawing.
 struct View {
     Vector3 right{static_cast<float>(std::cos(azimuth)), 0.0F, static_cast<float>(-std::sin(azimuth))};
-    Vector3 up{static_cast<float>(-std::sin(elevation) * std::sin(azimuth)), static_cast<float>(std::cos(elevation)),
+    Vector3 up{static_cast<float>(-std::sin(elevation) * std::sin(azimuth)),
+               static_cast<float>(std::cos(elevation)),
                static_cast<float>(-std::sin(elevation) * std::cos(azimuth))};
-    Vector3 towards{static_cast<float>(std::cos(elevation) * std::sin(azimuth)), static_cast<float>(std::sin(elevation)),
+    Vector3 towards{static_cast<float>(std::cos(elevation) * std::sin(azimuth)),
+                    static_cast<float>(std::sin(elevation)),
                     static_cast<float>(std::cos(elevation) * std::cos(azimuth))};
 };
 
@@ -47,8 +50,10 @@ class Canvas
 {
 public:
     Canvas(int width, int height)
-        : m_width(width), m_height(height), m_depth(static_cast<std::size_t>(width) * static_cast<std::size_t>(height),
-                                                   -std::numeric_limits<float>::infinity())
+        : m_width(width)
+        , m_height(height)
+        , m_depth(static_cast<std::size_t>(width) * static_cast<std::size_t>(height),
+                  -std::numeric_limits<float>::infinity())
     {
         m_colors.resize(m_depth.size());
         for (int y = 0; y < height; ++y) {
@@ -95,7 +100,8 @@ public:
 private:
     void set(int x, int y, float depth, const Vector3& color, float opacity)
     {
-        const auto place = static_cast<std::size_t>(y) * static_cast<std::size_t>(m_width) + static_cast<std::size_t>(x);
+        const auto place =
+            static_cast<std::size_t>(y) * static_cast<std::size_t>(m_width) + static_cast<std::size_t>(x);
         if (depth < m_depth[place])
             return;
         auto& pixel = m_colors[place];
@@ -110,14 +116,15 @@ private:
         Vector3 sum{};
         for (int y = top; y < top + samples; ++y) {
             for (int x = left; x < left + samples; ++x) {
-                const auto& color =
-                    m_colors[static_cast<std::size_t>(y) * static_cast<std::size_t>(m_width) + static_cast<std::size_t>(x)];
+                const auto& color = m_colors[static_cast<std::size_t>(y) * static_cast<std::size_t>(m_width) +
+                                             static_cast<std::size_t>(x)];
                 for (std::size_t i = 0; i < 3; ++i)
                     sum[i] += color[i];
             }
         }
         const auto byte = [](float value) {
-            return static_cast<int>(std::lround(std::clamp(value / (samples * samples), 0.0F, 1.0F) * 255.0F));
+            return static_cast<int>(
+                std::lround(std::clamp(value / (samples * samples), 0.0F, 1.0F) * 255.0F));
         };
         return qRgb(byte(sum[0]), byte(sum[1]), byte(sum[2]));
     }
@@ -133,7 +140,8 @@ Vector3 Lit(const gltf::Part& part, const Vector3& normal)
 {
     constexpr Vector3 sun = {0.42F, 0.78F, 0.46F};
     constexpr Vector3 fill = {-0.70F, 0.25F, 0.35F};
-    const double light = 0.42 + 0.50 * std::max(0.0, Dot(normal, sun)) + 0.16 * std::max(0.0, Dot(normal, fill)) +
+    const double light = 0.42 + 0.50 * std::max(0.0, Dot(normal, sun)) +
+                         0.16 * std::max(0.0, Dot(normal, fill)) +
                          0.10 * std::max(0.0, static_cast<double>(normal[1]));
     Vector3 color{};
     for (std::size_t i = 0; i < 3; ++i)
@@ -145,7 +153,8 @@ Vector3 Lit(const gltf::Part& part, const Vector3& normal)
 class Projection
 {
 public:
-    Projection(const View& view, std::span<const gltf::Model* const> models, int width, int height) : m_view(view)
+    Projection(const View& view, std::span<const gltf::Model* const> models, int width, int height)
+        : m_view(view)
     {
         double low[2] = {std::numeric_limits<double>::max(), std::numeric_limits<double>::max()};
         double high[2] = {std::numeric_limits<double>::lowest(), std::numeric_limits<double>::lowest()};
@@ -159,14 +168,16 @@ public:
             }
         }
         const double room = 1.0 - 2.0 * border;
-        m_scale = std::min(width * room / std::max(1e-6, high[0] - low[0]), height * room / std::max(1e-6, high[1] - low[1]));
+        m_scale = std::min(width * room / std::max(1e-6, high[0] - low[0]),
+                           height * room / std::max(1e-6, high[1] - low[1]));
         m_x = width / 2.0 - m_scale * (low[0] + high[0]) / 2.0;
         m_y = height / 2.0 + m_scale * (low[1] + high[1]) / 2.0;
     }
 
     [[nodiscard]] Corner operator()(const Vector3& point) const
     {
-        return {m_x + m_scale * Dot(point, m_view.right), m_y - m_scale * Dot(point, m_view.up), Dot(point, m_view.towards)};
+        return {m_x + m_scale * Dot(point, m_view.right), m_y - m_scale * Dot(point, m_view.up),
+                Dot(point, m_view.towards)};
     }
 
 private:
@@ -176,7 +187,8 @@ private:
     double m_y = 0.0;
 };
 
-void DrawParts(Canvas& canvas, const Projection& project, const View& view, const gltf::Model& model, bool isOpaquePass)
+void DrawParts(Canvas& canvas, const Projection& project, const View& view, const gltf::Model& model,
+               bool isOpaquePass)
 {
     for (const auto& part : model.parts) {
         if ((part.color[3] >= 1.0F) != isOpaquePass)
@@ -190,7 +202,8 @@ void DrawParts(Canvas& canvas, const Projection& project, const View& view, cons
                 normal[axis] = (a.normal[axis] + b.normal[axis] + c.normal[axis]) / 3.0F;
             if (Dot(normal, view.towards) < 0.0)
                 normal = {-normal[0], -normal[1], -normal[2]};
-            canvas.fill(project(a.position), project(b.position), project(c.position), Lit(part, normal), part.color[3]);
+            canvas.fill(project(a.position), project(b.position), project(c.position), Lit(part, normal),
+                        part.color[3]);
         }
     }
 }

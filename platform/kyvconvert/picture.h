@@ -10,8 +10,8 @@
 namespace kyvconvert
 {
 
-/// Draws models on the processor, seen from above and the side, fitted into the picture on the grey of the cards. Needs
-/// no window system. Any thread.
+/// Draws models on the processor, seen from above and the side, fitted into the picture on the grey of the
+/// cards. Needs no window system. Any thread.
 [[nodiscard]] QImage DrawPicture(std::span<const gltf::Model* const> models, const QSize& size);
 
 } // namespace kyvconvert

@@ -18,13 +18,17 @@ namespace
 {
 
 constexpr unsigned steps = aiProcess_Triangulate | aiProcess_JoinIdenticalVertices | aiProcess_GenNormals |
-                           aiProcess_SortByPType | aiProcess_FindDegenerates | aiProcess_ValidateDataStructure;
+                           aiProcess_SortByPType | aiProcess_FindDegenerates |
+                           aiProcess_ValidateDataStructure;
 constexpr std::size_t ifcIdLength = 22;
 
 class Progress : public Assimp::ProgressHandler
 {
 public:
-    explicit Progress(std::function<void(int)> onPercent) : m_onPercent(std::move(onPercent)) {}
+    explicit Progress(std::function<void(int)> onPercent)
+        : m_onPercent(std::move(onPercent))
+    {
+    }
 
     bool Update(float share) override
     {
@@ -69,15 +73,19 @@ bool IsImmaterial(const std::string& type)
 class Reader
 {
 public:
-    explicit Reader(const aiScene& scene) : m_scene(scene) {}
+    explicit Reader(const aiScene& scene)
+        : m_scene(scene)
+    {
+    }
 
     SourceModel read()
     {
         for (unsigned i = 0; i < m_scene.mNumMaterials; ++i)
             m_source.droppedTextures += m_scene.mMaterials[i]->GetTextureCount(aiTextureType_DIFFUSE);
         takeNode(*m_scene.mRootNode, -1, aiMatrix4x4());
-        std::stable_sort(m_source.floors.begin(), m_source.floors.end(),
-                         [](const Floor& left, const Floor& right) { return left.elevation < right.elevation; });
+        std::stable_sort(
+            m_source.floors.begin(), m_source.floors.end(),
+            [](const Floor& left, const Floor& right) { return left.elevation < right.elevation; });
         return std::move(m_source);
     }
 
@@ -89,7 +97,8 @@ private:
         if (IsImmaterial(name.type))
             return false;
         const aiMatrix4x4 matrix = above * node.mTransformation;
-        // Relations between elements and the placing of repeated parts are no elements: their children move up.
+        // Relations between elements and the placing of repeated parts are no elements: their children move
+        // up.
         const bool isElement = !name.name.starts_with("$Rel") && name.type != "IfcMappedItem";
         auto& nodes = m_source.model.nodes;
         const std::size_t before = nodes.size();
@@ -102,7 +111,9 @@ private:
             m_source.floors.push_back({name.name, matrix.b4});
         bool hasSurface = false;
         for (unsigned i = 0; i < node.mNumMeshes; ++i)
-            hasSurface = takeMesh(*m_scene.mMeshes[node.mMeshes[i]], static_cast<std::uint32_t>(self), matrix) || hasSurface;
+            hasSurface =
+                takeMesh(*m_scene.mMeshes[node.mMeshes[i]], static_cast<std::uint32_t>(self), matrix) ||
+                hasSurface;
         for (unsigned i = 0; i < node.mNumChildren; ++i)
             hasSurface = takeNode(*node.mChildren[i], self, matrix) || hasSurface;
         if (!hasSurface && name.type != "IfcBuildingStorey")
@@ -157,7 +168,9 @@ private:
         material.Get(AI_MATKEY_OPACITY, opacity);
         int isTwoSided = 0;
         material.Get(AI_MATKEY_TWOSIDED, isTwoSided);
-        const auto share = [](float value) { return std::isfinite(value) ? std::clamp(value, 0.0F, 1.0F) : 0.8F; };
+        const auto share = [](float value) {
+            return std::isfinite(value) ? std::clamp(value, 0.0F, 1.0F) : 0.8F;
+        };
         part.color = {share(color.r), share(color.g), share(color.b), share(std::min(color.a, opacity))};
         // Files that forget to set it make things invisible; nobody draws what cannot be seen at all.
         if (part.color[3] < 0.05F)
@@ -198,8 +211,10 @@ bool KeepOnly(gltf::Model& model, const std::string& nodeName)
     std::vector<bool> isNeeded(model.nodes.size());
     for (std::size_t i = 0; i < model.nodes.size(); ++i) {
         const int parent = model.nodes[i].parent;
-        isKept[i] = model.nodes[i].name == nodeName || (parent >= 0 && isKept[static_cast<std::size_t>(parent)]);
-        for (int above = static_cast<int>(i); isKept[i] && above >= 0; above = model.nodes[static_cast<std::size_t>(above)].parent)
+        isKept[i] =
+            model.nodes[i].name == nodeName || (parent >= 0 && isKept[static_cast<std::size_t>(parent)]);
+        for (int above = static_cast<int>(i); isKept[i] && above >= 0;
+             above = model.nodes[static_cast<std::size_t>(above)].parent)
             isNeeded[static_cast<std::size_t>(above)] = true;
     }
     if (std::find(isKept.begin(), isKept.end(), true) == isKept.end())
@@ -212,7 +227,8 @@ bool KeepOnly(gltf::Model& model, const std::string& nodeName)
             continue;
         newNode[i] = static_cast<int>(kept.nodes.size());
         const int parent = model.nodes[i].parent;
-        kept.nodes.push_back({model.nodes[i].name, parent < 0 ? -1 : newNode[static_cast<std::size_t>(parent)]});
+        kept.nodes.push_back(
+            {model.nodes[i].name, parent < 0 ? -1 : newNode[static_cast<std::size_t>(parent)]});
     }
     std::vector<std::uint32_t> newVertex(model.vertices.size(), UINT32_MAX);
     for (const auto& part : model.parts) {

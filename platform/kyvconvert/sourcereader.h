@@ -21,7 +21,7 @@ struct Floor {
 /// A model as its source file has it.
 struct SourceModel {
     gltf::Model model;
-    std::vector<Floor> floors; ///< ascending by elevation; empty when the source knows none
+    std::vector<Floor> floors;         ///< ascending by elevation; empty when the source knows none
     std::size_t droppedPrimitives = 0; ///< points and lines, which have no surface
     std::size_t droppedTextures = 0;   ///< pictures on surfaces; the colours are kept
 };
@@ -30,8 +30,8 @@ struct Failure {
     std::string reason;
 };
 
-/// Reads FBX, IFC (2x3), glTF, GLB, OBJ and whatever else Assimp knows, in metres with Y up. `onPercent` hears how far it
-/// has come, 0 to 100. One call at a time in a process.
+/// Reads FBX, IFC (2x3), glTF, GLB, OBJ and whatever else Assimp knows, in metres with Y up. `onPercent`
+/// hears how far it has come, 0 to 100. One call at a time in a process.
 [[nodiscard]] std::variant<SourceModel, Failure> ReadSource(const std::filesystem::path& file,
                                                             const std::function<void(int)>& onPercent);
 

@@ -26,6 +26,23 @@ bool MoveWindow(WindowId window, int x, int y, int width, int height, bool repai
     return ::MoveWindow(Handle(window), x, y, width, height, repaint ? TRUE : FALSE) != FALSE;
 }
 
+bool ResizeWindow(WindowId window, int width, int height)
+{
+    return ::SetWindowPos(Handle(window), nullptr, 0, 0, width, height,
+                          SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE) != FALSE;
+}
+
+bool AnnouncePosition(WindowId /*window*/)
+{
+    // The system itself tells child windows of their parent's moves.
+    return true;
+}
+
+bool FocusWindow(WindowId window)
+{
+    return ::SetFocus(Handle(window)) != nullptr;
+}
+
 std::string LastErrorText()
 {
     const DWORD code = ::GetLastError();

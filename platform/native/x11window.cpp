@@ -2,10 +2,12 @@
 #include "native/nativewindow.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <memory>
+#include <thread>
 
 #include <QLoggingCategory>
 
@@ -133,10 +135,34 @@ bool Contains(const Display& display, xcb_window_t window, xcb_window_t other)
     return other == window;
 }
 
-/// Tells the window manager that it has nothing to do with a window any more: a window that is not shown yet
-/// gives no sign of its own.
-void Withdraw(const Display& display, xcb_window_t window)
+xcb_atom_t WmStateAtom(const Display& display)
 {
+    static constexpr char name[] = "WM_STATE";
+    const auto cookie = xcb_intern_atom(display.connection(), 0, sizeof name - 1, name);
+    const Owned<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(display.connection(), cookie, nullptr));
+    return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+}
+
+/// A window manager looks after the window: it has marked it as normal or iconic.
+bool IsManaged(const Display& display, xcb_window_t window)
+{
+    const auto wmState = WmStateAtom(display);
+    const auto cookie = xcb_get_property(display.connection(), 0, window, wmState, wmState, 0, 1);
+    xcb_generic_error_t* error = nullptr;
+    const Owned<xcb_get_property_reply_t> reply(xcb_get_property_reply(display.connection(), cookie, &error));
+    std::free(error);
+    if (!reply || xcb_get_property_value_length(reply.get()) < 4)
+        return false;
+    constexpr std::uint32_t withdrawn = 0;
+    std::uint32_t state = withdrawn;
+    std::memcpy(&state, xcb_get_property_value(reply.get()), sizeof state);
+    return state != withdrawn;
+}
+
+void AskToWithdraw(const Display& display, xcb_window_t window)
+{
+    xcb_unmap_window(display.connection(), window);
+    // To unmap a window that is not shown, an iconic one, gives the window manager no sign: it gets this one.
     xcb_unmap_notify_event_t event{};
     event.response_type = XCB_UNMAP_NOTIFY;
     event.event = display.root();
@@ -146,6 +172,26 @@ void Withdraw(const Display& display, xcb_window_t window)
     char bytes[32] = {};
     std::memcpy(bytes, &event, sizeof event);
     xcb_send_event(display.connection(), 0, display.root(), mask, bytes);
+    xcb_flush(display.connection());
+}
+
+/// Takes a window out of the hands of the window manager and waits until it has let go: it gives the window
+/// back to the root, and would tear it out of a new parent that came in between. One that does not answer is
+/// not waited for longer than a second.
+void Withdraw(const Display& display, xcb_window_t window)
+{
+    const bool wasManaged = IsManaged(display, window);
+    AskToWithdraw(display, window);
+    if (!wasManaged)
+        return;
+    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(1);
+    while (IsManaged(display, window) || ParentOf(display, window) != display.root()) {
+        if (display.isBroken() || std::chrono::steady_clock::now() > limit) {
+            qCWarning(lcNative) << "the window manager does not let go of window" << window;
+            return;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
 }
 
 } // namespace
@@ -166,8 +212,6 @@ bool SetParent(WindowId child, WindowId parent)
     if (Contains(*x11, window, newParent))
         return Fail("the window " + std::to_string(child) + " lies around its new parent");
 
-    // A window that is shown belongs to the window manager, which lets go of it when it is unmapped.
-    xcb_unmap_window(connection, window);
     Withdraw(*x11, window);
     const auto reparented = xcb_reparent_window_checked(connection, window, newParent, 0, 0);
     if (Succeeded(*x11, reparented, "reparenting the window"))
@@ -197,6 +241,65 @@ bool MoveWindow(WindowId window, int x, int y, int width, int height, bool repai
     if (!repaint)
         return true;
     return Succeeded(*x11, xcb_clear_area_checked(connection, 1, id, 0, 0, 0, 0), "repainting the window");
+}
+
+bool ResizeWindow(WindowId window, int width, int height)
+{
+    const auto* x11 = display();
+    if (x11 == nullptr)
+        return false;
+    if (!AttributesOf(*x11, window))
+        return IsNoWindow(window);
+    const std::uint32_t values[] = {static_cast<std::uint32_t>(std::max(width, 1)),
+                                    static_cast<std::uint32_t>(std::max(height, 1))};
+    const auto resized =
+        xcb_configure_window_checked(x11->connection(), static_cast<xcb_window_t>(window),
+                                     XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, values);
+    return Succeeded(*x11, resized, "resizing the window");
+}
+
+bool AnnouncePosition(WindowId window)
+{
+    const auto* x11 = display();
+    if (x11 == nullptr)
+        return false;
+    if (!AttributesOf(*x11, window))
+        return IsNoWindow(window);
+    auto* connection = x11->connection();
+    const auto id = static_cast<xcb_window_t>(window);
+    const auto asksPlace = xcb_translate_coordinates(connection, id, x11->root(), 0, 0);
+    const auto asksSize = xcb_get_geometry(connection, id);
+    const Owned<xcb_translate_coordinates_reply_t> place(
+        xcb_translate_coordinates_reply(connection, asksPlace, nullptr));
+    const Owned<xcb_get_geometry_reply_t> size(xcb_get_geometry_reply(connection, asksSize, nullptr));
+    if (!place || !size)
+        return IsNoWindow(window);
+
+    // What a window manager sends to a window that it has moved.
+    xcb_configure_notify_event_t event{};
+    event.response_type = XCB_CONFIGURE_NOTIFY;
+    event.event = id;
+    event.window = id;
+    event.x = place->dst_x;
+    event.y = place->dst_y;
+    event.width = size->width;
+    event.height = size->height;
+    char bytes[32] = {};
+    std::memcpy(bytes, &event, sizeof event);
+    const auto sent = xcb_send_event_checked(connection, 0, id, XCB_EVENT_MASK_STRUCTURE_NOTIFY, bytes);
+    return Succeeded(*x11, sent, "telling the window its position");
+}
+
+bool FocusWindow(WindowId window)
+{
+    const auto* x11 = display();
+    if (x11 == nullptr)
+        return false;
+    if (!AttributesOf(*x11, window))
+        return IsNoWindow(window);
+    const auto focused = xcb_set_input_focus_checked(x11->connection(), XCB_INPUT_FOCUS_PARENT,
+                                                     static_cast<xcb_window_t>(window), XCB_CURRENT_TIME);
+    return Succeeded(*x11, focused, "giving the keyboard to the window");
 }
 
 std::string LastErrorText()

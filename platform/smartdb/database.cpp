@@ -30,7 +30,8 @@ int StateOf(const Project::DiskState& local, const ServerState& server)
 {
     if (server.head.empty())
         return onlyHere;
-    // Without a memory of having been equal, both sides count as changed: nobody's work is overwritten unasked.
+    // Without a memory of having been equal, both sides count as changed: nobody's work is overwritten
+    // unasked.
     if (!local.sync)
         return changedOnBoth;
     const bool isChangedHere = local.changeCounter != local.sync->changeCounter;
@@ -40,7 +41,8 @@ int StateOf(const Project::DiskState& local, const ServerState& server)
     return isChangedThere ? changedThere : same;
 }
 
-/// Takes a folder out of sight at once and deletes it afterwards, so that a kill never leaves half a project visible.
+/// Takes a folder out of sight at once and deletes it afterwards, so that a kill never leaves half a project
+/// visible.
 void RemoveFolder(const std::filesystem::path& folder)
 {
     if (folder.empty())
@@ -54,7 +56,9 @@ void RemoveFolder(const std::filesystem::path& folder)
 } // namespace
 
 Database::Database()
-    : m_states(m_client), m_queue(networkThreads), m_netAccess(m_client, m_states, m_queue, m_lastError)
+    : m_states(m_client)
+    , m_queue(networkThreads)
+    , m_netAccess(m_client, m_states, m_queue, m_lastError)
     , m_upgrader(*this, m_lastError)
 {
 }
@@ -118,7 +122,8 @@ Project* Database::open(const Guid& guid, const std::filesystem::path& dataFolde
 }
 
 IZRProject* Database::CreateProj(const Guid& guid, const std::wstring& name, const std::wstring& type,
-                                 const ZRIMGeometryModel::CZRIMPosition& position, const std::wstring& dataFolder)
+                                 const ZRIMGeometryModel::CZRIMPosition& position,
+                                 const std::wstring& dataFolder)
 {
     const std::lock_guard lock(m_mutex);
     m_dataFolder = PathOf(dataFolder);
@@ -249,7 +254,8 @@ void Database::LoadProjObjects(IZRProject* project)
     GetProjObjects(project, objects, {});
 }
 
-void Database::GetProjObjects(IZRProject* project, std::vector<IZRSceneObject*>& objects, const std::wstring& filter)
+void Database::GetProjObjects(IZRProject* project, std::vector<IZRSceneObject*>& objects,
+                              const std::wstring& filter)
 {
     objects.clear();
     if (project == nullptr)
@@ -318,7 +324,8 @@ bool Database::UpdateProj(const Guid& /*guid*/, const std::wstring& /*dataFolder
     return false;
 }
 
-bool Database::UploadProj(const Guid& /*guid*/, const std::wstring& /*dataFolder*/, bool /*force*/, bool /*unused*/)
+bool Database::UploadProj(const Guid& /*guid*/, const std::wstring& /*dataFolder*/, bool /*force*/,
+                          bool /*unused*/)
 {
     m_lastError.set({localcode::notOffered, "this version cannot upload projects yet"});
     return false;

@@ -31,7 +31,8 @@ public:
     [[nodiscard]] IZRProject* OpenProject(const ZRSmartFormat::SZRFTGuid& guid,
                                           const std::wstring& dataFolder) override;
     [[nodiscard]] IZRProject* CreateProj(const ZRSmartFormat::SZRFTGuid& guid, const std::wstring& name,
-                                         const std::wstring& type, const ZRIMGeometryModel::CZRIMPosition& position,
+                                         const std::wstring& type,
+                                         const ZRIMGeometryModel::CZRIMPosition& position,
                                          const std::wstring& dataFolder) override;
     void DeleteProj(const ZRSmartFormat::SZRFTGuid& guid) override;
     std::shared_ptr<void> RemoveSubProj(const ZRSmartFormat::SZRFTGuid& guid) override;
@@ -47,10 +48,12 @@ public:
     bool SaveAll() override;
     [[nodiscard]] bool GetProjStatus(const ZRSmartFormat::SZRFTGuid& guid, const std::wstring& dataFolder,
                                      int& state) override;
-    [[nodiscard]] bool DownLoadProj(const ZRSmartFormat::SZRFTGuid& guid, const std::wstring& dataFolder) override;
-    [[nodiscard]] bool UpdateProj(const ZRSmartFormat::SZRFTGuid& guid, const std::wstring& dataFolder) override;
-    [[nodiscard]] bool UploadProj(const ZRSmartFormat::SZRFTGuid& guid, const std::wstring& dataFolder, bool force,
-                                  bool unused) override;
+    [[nodiscard]] bool DownLoadProj(const ZRSmartFormat::SZRFTGuid& guid,
+                                    const std::wstring& dataFolder) override;
+    [[nodiscard]] bool UpdateProj(const ZRSmartFormat::SZRFTGuid& guid,
+                                  const std::wstring& dataFolder) override;
+    [[nodiscard]] bool UploadProj(const ZRSmartFormat::SZRFTGuid& guid, const std::wstring& dataFolder,
+                                  bool force, bool unused) override;
     void CloseProject(const ZRSmartFormat::SZRFTGuid& guid) override;
     [[nodiscard]] CZRDBNetAccess* GetNetAccess() override { return &m_netAccess; }
     [[nodiscard]] IZRProjUpgrader* GetUpgrader() override { return m_isSetUp ? &m_upgrader : nullptr; }
@@ -73,11 +76,12 @@ private:
     Upgrader m_upgrader;
     bool m_isSetUp = false;
 
-    mutable std::recursive_mutex m_mutex; ///< protects everything below; held while a project is read, never while
-                                          ///< the server is asked
+    mutable std::recursive_mutex m_mutex; ///< protects everything below; held while a project is read, never
+                                          ///< while the server is asked
     std::unordered_map<Guid, std::unique_ptr<Project>> m_projects;
-    std::unordered_map<Guid, std::filesystem::path> m_dataFolderOfModels; ///< models of open building projects
-    std::filesystem::path m_dataFolder;                                   ///< named last
+    std::unordered_map<Guid, std::filesystem::path>
+        m_dataFolderOfModels;           ///< models of open building projects
+    std::filesystem::path m_dataFolder; ///< named last
 };
 
 } // namespace ZRSmartDB

@@ -98,8 +98,8 @@ bool ModelStore::ImportModelProj(const ZRSmartFormat::SZRFTGuid& model, const st
     });
 }
 
-bool ModelStore::UpdateModelProj(const ZRSmartFormat::SZRFTGuid& oldModel, const ZRSmartFormat::SZRFTGuid& newModel,
-                                 const std::wstring& dataFolder)
+bool ModelStore::UpdateModelProj(const ZRSmartFormat::SZRFTGuid& oldModel,
+                                 const ZRSmartFormat::SZRFTGuid& newModel, const std::wstring& dataFolder)
 {
     return AtBorder(false, [&] {
         const std::lock_guard lock(m_mutex);

@@ -23,7 +23,8 @@ public:
     ModelStore(const Project& project, ModelUse& use);
     ~ModelStore();
 
-    [[nodiscard]] bool ImportModelProj(const ZRSmartFormat::SZRFTGuid& model, const std::wstring& dataFolder) override;
+    [[nodiscard]] bool ImportModelProj(const ZRSmartFormat::SZRFTGuid& model,
+                                       const std::wstring& dataFolder) override;
     [[nodiscard]] bool UpdateModelProj(const ZRSmartFormat::SZRFTGuid& oldModel,
                                        const ZRSmartFormat::SZRFTGuid& newModel,
                                        const std::wstring& dataFolder) override;

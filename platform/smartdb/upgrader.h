@@ -12,9 +12,14 @@ class Database;
 class Upgrader final : public IZRProjUpgrader
 {
 public:
-    Upgrader(Database& database, LastError& lastError) : m_database(database), m_lastError(lastError) {}
+    Upgrader(Database& database, LastError& lastError)
+        : m_database(database)
+        , m_lastError(lastError)
+    {
+    }
 
-    [[nodiscard]] bool NeedUpgrade(const ZRSmartFormat::SZRFTGuid& guid, const std::wstring& dataFolder) override;
+    [[nodiscard]] bool NeedUpgrade(const ZRSmartFormat::SZRFTGuid& guid,
+                                   const std::wstring& dataFolder) override;
     [[nodiscard]] bool Upgrade(const ZRSmartFormat::SZRFTGuid& guid, const std::wstring& dataFolder) override;
 
 private:

@@ -10,8 +10,8 @@
 namespace server
 {
 
-/// Holds back whoever tries passwords: after five failures for an account, each further one doubles the wait, up to
-/// five minutes. Any thread.
+/// Holds back whoever tries passwords: after five failures for an account, each further one doubles the wait,
+/// up to five minutes. Any thread.
 class LoginGuard
 {
 public:

@@ -23,9 +23,10 @@ constexpr std::size_t saltSize = 16;
 std::string Scrypt(std::string_view password, std::string_view salt)
 {
     std::string hash(hashSize, '\0');
-    const int done = EVP_PBE_scrypt(password.data(), password.size(), reinterpret_cast<const unsigned char*>(salt.data()),
-                                    salt.size(), cost, blockSize, parallelism, memoryLimit,
-                                    reinterpret_cast<unsigned char*>(hash.data()), hash.size());
+    const int done =
+        EVP_PBE_scrypt(password.data(), password.size(), reinterpret_cast<const unsigned char*>(salt.data()),
+                       salt.size(), cost, blockSize, parallelism, memoryLimit,
+                       reinterpret_cast<unsigned char*>(hash.data()), hash.size());
     if (done != 1)
         throw std::runtime_error("the password cannot be hashed");
     return hash;
@@ -44,7 +45,8 @@ PasswordHash HashPassword(std::string_view password)
 bool IsPassword(std::string_view password, const PasswordHash& known)
 {
     const std::string hash = Scrypt(password, known.salt);
-    return known.hash.size() == hash.size() && CRYPTO_memcmp(hash.data(), known.hash.data(), hash.size()) == 0;
+    return known.hash.size() == hash.size() &&
+           CRYPTO_memcmp(hash.data(), known.hash.data(), hash.size()) == 0;
 }
 
 const PasswordHash& HashOfNobody()

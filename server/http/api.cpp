@@ -38,7 +38,11 @@ Reply Tagged(const Request& request, const TaggedAnswer& answer)
 } // namespace
 
 Api::Api(Store& store, const std::filesystem::path& packs, std::chrono::seconds tokenLife)
-    : m_store(store), m_packs(packs), m_lists(store), m_revisions(store), m_tokenLife(tokenLife)
+    : m_store(store)
+    , m_packs(packs)
+    , m_lists(store)
+    , m_revisions(store)
+    , m_tokenLife(tokenLife)
 {
 }
 

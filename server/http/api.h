@@ -16,7 +16,8 @@
 namespace server
 {
 
-/// The answers to requests. Waits for the database, and for the processor at a login; any thread, several at once.
+/// The answers to requests. Waits for the database, and for the processor at a login; any thread, several at
+/// once.
 class Api
 {
 public:

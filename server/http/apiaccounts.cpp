@@ -59,7 +59,8 @@ Reply Api::login(const Request& request)
     const std::string token = MakeToken();
     const std::int64_t expires = std::time(nullptr) + m_tokenLife.count();
     m_store.addSession(TokenName(token), account->id, expires);
-    return JsonReply(200, json{{"token", token}, {"expires", expires}, {"loginName", account->loginName}}.dump());
+    return JsonReply(200,
+                     json{{"token", token}, {"expires", expires}, {"loginName", account->loginName}}.dump());
 }
 
 Reply Api::session(const Request& request, const Session& session)
@@ -70,7 +71,8 @@ Reply Api::session(const Request& request, const Session& session)
     }
     if (request.method != "GET")
         return ErrorReply(405, code::wrongMethod, "this cannot be done here");
-    const json answer{{"account", session.name}, {"loginName", session.loginName}, {"expires", session.expires}};
+    const json answer{
+        {"account", session.name}, {"loginName", session.loginName}, {"expires", session.expires}};
     return JsonReply(200, answer.dump());
 }
 

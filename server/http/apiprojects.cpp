@@ -52,7 +52,8 @@ Reply Api::projectFile(const ProjectState& state, const std::string& path)
     if (!revision)
         return missing;
     const auto& files = revision->manifest.files;
-    const auto file = std::find_if(files.begin(), files.end(), [&](const auto& entry) { return entry.path == path; });
+    const auto file =
+        std::find_if(files.begin(), files.end(), [&](const auto& entry) { return entry.path == path; });
     if (file == files.end())
         return missing;
     if (file->size > largestFile)

@@ -22,7 +22,8 @@ Reply NoRevision()
 std::string Compressed(const std::string& bytes)
 {
     std::string packed(ZSTD_compressBound(bytes.size()), '\0');
-    const auto size = ZSTD_compress(packed.data(), packed.size(), bytes.data(), bytes.size(), compressionLevel);
+    const auto size =
+        ZSTD_compress(packed.data(), packed.size(), bytes.data(), bytes.size(), compressionLevel);
     if (ZSTD_isError(size) != 0)
         throw std::runtime_error("an answer cannot be compressed");
     packed.resize(size);

@@ -71,7 +71,10 @@ bool IsHttpError(const boost::system::error_code& error)
 } // namespace
 
 Connection::Connection(net::ip::tcp::socket socket, Shared& shared)
-    : m_socket(std::move(socket)), m_shared(shared), m_timer(m_socket.get_executor()), m_buffer(largestRead)
+    : m_socket(std::move(socket))
+    , m_shared(shared)
+    , m_timer(m_socket.get_executor())
+    , m_buffer(largestRead)
 {
     ++m_shared.connections;
     allow(idleTime);
@@ -87,8 +90,10 @@ void Connection::start()
     boost::system::error_code ignored;
     m_socket.set_option(net::ip::tcp::no_delay(true), ignored);
     const auto self = shared_from_this();
-    net::co_spawn(m_socket.get_executor(), [self] { return self->watch(); }, net::detached);
-    net::co_spawn(m_socket.get_executor(), [self] { return self->serve(); }, net::detached);
+    net::co_spawn(
+        m_socket.get_executor(), [self] { return self->watch(); }, net::detached);
+    net::co_spawn(
+        m_socket.get_executor(), [self] { return self->serve(); }, net::detached);
 }
 
 net::awaitable<void> Connection::watch()
@@ -120,7 +125,8 @@ net::awaitable<bool> Connection::serveOne()
     parser.body_limit(largestBody);
     allow(idleTime);
     boost::system::error_code error;
-    co_await http::async_read_header(m_socket, m_buffer, parser, net::redirect_error(net::use_awaitable, error));
+    co_await http::async_read_header(m_socket, m_buffer, parser,
+                                     net::redirect_error(net::use_awaitable, error));
     if (!error) {
         allow(bodyTime);
         co_await http::async_read(m_socket, m_buffer, parser, net::redirect_error(net::use_awaitable, error));

@@ -23,8 +23,9 @@ struct Shared {
     std::atomic<int> connections = 0;
 };
 
-/// One client: reads requests, one after the other, and writes the answers. A client that is too slow at any step is
-/// dropped, so that none can hold a connection by doing nothing. Runs on the executor of its socket alone.
+/// One client: reads requests, one after the other, and writes the answers. A client that is too slow at any
+/// step is dropped, so that none can hold a connection by doing nothing. Runs on the executor of its socket
+/// alone.
 class Connection : public std::enable_shared_from_this<Connection>
 {
 public:
@@ -43,8 +44,8 @@ private:
     boost::asio::awaitable<void> watch();
     /// One request and its answer. False when the connection is to end.
     boost::asio::awaitable<bool> serveOne();
-    // Requests and replies stay in the frame of serveOne: passed by reference, since the compiler's coroutines have
-    // destroyed by-value arguments twice.
+    // Requests and replies stay in the frame of serveOne: passed by reference, since the compiler's
+    // coroutines have destroyed by-value arguments twice.
     boost::asio::awaitable<void> answerTo(const Request& request, Reply& reply);
     boost::asio::awaitable<void> write(Reply& reply, unsigned version, bool keepAlive, bool withBody);
     boost::asio::awaitable<void> pump(const PackRange& range);

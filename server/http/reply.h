@@ -53,7 +53,8 @@ inline constexpr int serverError = 50000;
 [[nodiscard]] Reply JsonReply(unsigned status, std::string body);
 [[nodiscard]] Reply ErrorReply(unsigned status, int code, std::string_view msg);
 
-/// Splits and decodes the path of a request target; nothing when it is malformed or does not start with /api/v1.
+/// Splits and decodes the path of a request target; nothing when it is malformed or does not start with
+/// /api/v1.
 [[nodiscard]] std::vector<std::string> ApiPath(std::string_view target, bool& isValid);
 
 } // namespace server

@@ -26,8 +26,11 @@ constexpr std::chrono::milliseconds restAfterFailure(50);
 } // namespace
 
 Server::Server(Api& api, const std::string& address, std::uint16_t port, unsigned threads)
-    : m_threads(threads), m_context(static_cast<int>(threads)), m_pool(poolThreads)
-    , m_acceptor(m_context, net::ip::tcp::endpoint(net::ip::make_address(address), port)), m_shared{api, m_pool}
+    : m_threads(threads)
+    , m_context(static_cast<int>(threads))
+    , m_pool(poolThreads)
+    , m_acceptor(m_context, net::ip::tcp::endpoint(net::ip::make_address(address), port))
+    , m_shared{api, m_pool}
 {
 }
 
@@ -43,7 +46,8 @@ void Server::run()
         if (!error)
             stop();
     });
-    net::co_spawn(m_context, [this] { return accept(); }, net::detached);
+    net::co_spawn(
+        m_context, [this] { return accept(); }, net::detached);
 
     std::vector<std::thread> threads;
     for (unsigned i = 1; i < m_threads; ++i)

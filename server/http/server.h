@@ -15,8 +15,8 @@ namespace server
 class Server
 {
 public:
-    /// Listens on `address`:`port`; port 0 takes a free one. `threads` is the number of threads that run() uses besides
-    /// the pool. Throws std::exception when the address cannot be had.
+    /// Listens on `address`:`port`; port 0 takes a free one. `threads` is the number of threads that run()
+    /// uses besides the pool. Throws std::exception when the address cannot be had.
     Server(Api& api, const std::string& address, std::uint16_t port, unsigned threads);
 
     [[nodiscard]] std::uint16_t port() const;

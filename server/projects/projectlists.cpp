@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "server/projects/projectlists.h"
 
-
 #include <nlohmann/json.hpp>
 
 namespace server
@@ -40,10 +39,12 @@ std::string EncodeStates(const std::vector<ProjectState>& states)
 } // namespace
 
 template<class Encode>
-std::shared_ptr<const TaggedAnswer> ProjectLists::answer(Answers& known, std::int64_t account, Encode&& encode)
+std::shared_ptr<const TaggedAnswer> ProjectLists::answer(Answers& known, std::int64_t account,
+                                                         Encode&& encode)
 {
     // Read before the data: a change in between makes the answer newer than its tag, never older.
-    const std::string tag = '"' + std::to_string(account) + '-' + std::to_string(m_store.changeCounter()) + '"';
+    const std::string tag =
+        '"' + std::to_string(account) + '-' + std::to_string(m_store.changeCounter()) + '"';
     {
         const std::lock_guard lock(m_mutex);
         const auto found = known.find(account);

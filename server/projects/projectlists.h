@@ -17,12 +17,15 @@ struct TaggedAnswer {
     std::string body;
 };
 
-/// The two long answers that every client asks for again and again: what an account sees, and the states of it. Each is
-/// encoded once per change. Any thread.
+/// The two long answers that every client asks for again and again: what an account sees, and the states of
+/// it. Each is encoded once per change. Any thread.
 class ProjectLists
 {
 public:
-    explicit ProjectLists(Store& store) : m_store(store) {}
+    explicit ProjectLists(Store& store)
+        : m_store(store)
+    {
+    }
 
     [[nodiscard]] std::shared_ptr<const TaggedAnswer> projects(std::int64_t account);
     [[nodiscard]] std::shared_ptr<const TaggedAnswer> states(std::int64_t account);

@@ -34,7 +34,8 @@ class Snapshot
 {
 public:
     explicit Snapshot(const std::filesystem::path& database)
-        : m_file(std::filesystem::temp_directory_path() / ("torvo-snapshot-" + std::to_string(std::random_device()())))
+        : m_file(std::filesystem::temp_directory_path() /
+                 ("torvo-snapshot-" + std::to_string(std::random_device()())))
     {
         SQLite::Database source(database.string(), SQLite::OPEN_READONLY, 10000);
         SQLite::Database copy(m_file.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
@@ -60,7 +61,11 @@ private:
 class PieceCollector
 {
 public:
-    PieceCollector(Store& store, const std::filesystem::path& packs) : m_store(store), m_writer(packs) {}
+    PieceCollector(Store& store, const std::filesystem::path& packs)
+        : m_store(store)
+        , m_writer(packs)
+    {
+    }
 
     void add(const wire::Piece& piece, std::span<const std::byte> bytes)
     {
@@ -82,7 +87,8 @@ public:
     {
         m_writer.sync();
         m_store.commitRevision(
-            guid, {wire::RootOf(manifest), wire::EncodeManifest(manifest), Layout(m_locations).encode()}, m_fresh);
+            guid, {wire::RootOf(manifest), wire::EncodeManifest(manifest), Layout(m_locations).encode()},
+            m_fresh);
     }
 
 private:
@@ -93,13 +99,17 @@ private:
     std::vector<std::pair<wire::Digest, PieceLocation>> m_fresh;
 };
 
-wire::FileEntry TakeFile(const std::filesystem::path& folder, const std::string& path, PieceCollector& collector)
+wire::FileEntry TakeFile(const std::filesystem::path& folder, const std::string& path,
+                         PieceCollector& collector)
 {
     if (auto refusal = wire::PathRefusal(path); !refusal.empty())
         throw std::runtime_error(path + ": " + refusal);
-    const auto sink = [&](const wire::Piece& piece, std::span<const std::byte> bytes) { collector.add(piece, bytes); };
+    const auto sink = [&](const wire::Piece& piece, std::span<const std::byte> bytes) {
+        collector.add(piece, bytes);
+    };
     const auto file = folder / std::filesystem::u8path(path);
-    auto entry = IsDatabase(file) ? wire::CutFile(Snapshot(file).file(), path, sink) : wire::CutFile(file, path, sink);
+    auto entry =
+        IsDatabase(file) ? wire::CutFile(Snapshot(file).file(), path, sink) : wire::CutFile(file, path, sink);
     if (const auto* refusal = std::get_if<wire::Refusal>(&entry))
         throw std::runtime_error(path + ": " + refusal->reason);
     return std::get<wire::FileEntry>(std::move(entry));

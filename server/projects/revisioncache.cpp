@@ -45,8 +45,8 @@ std::shared_ptr<const LoadedRevision> RevisionCache::find(const std::string& gui
     const std::string key = guid + '/' + wire::ToHex(root);
     {
         const std::lock_guard lock(m_mutex);
-        const auto known =
-            std::find_if(m_entries.begin(), m_entries.end(), [&](const Entry& entry) { return entry.key == key; });
+        const auto known = std::find_if(m_entries.begin(), m_entries.end(),
+                                        [&](const Entry& entry) { return entry.key == key; });
         if (known != m_entries.end()) {
             m_entries.splice(m_entries.begin(), m_entries, known);
             return known->revision;

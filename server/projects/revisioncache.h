@@ -26,10 +26,14 @@ struct LoadedRevision {
 class RevisionCache
 {
 public:
-    explicit RevisionCache(Store& store) : m_store(store) {}
+    explicit RevisionCache(Store& store)
+        : m_store(store)
+    {
+    }
 
     /// The revision, or null when the project has no such one. Throws std::exception when it cannot be read.
-    [[nodiscard]] std::shared_ptr<const LoadedRevision> find(const std::string& guid, const wire::Digest& root);
+    [[nodiscard]] std::shared_ptr<const LoadedRevision> find(const std::string& guid,
+                                                             const wire::Digest& root);
 
 private:
     struct Entry {

@@ -26,7 +26,8 @@ json ReadJson(const std::filesystem::path& file)
 }
 
 /// Seeding names organisations; accounts and projects refer to those names.
-std::optional<std::int64_t> OrganisationId(const json& entry, const std::map<std::string, std::int64_t>& known)
+std::optional<std::int64_t> OrganisationId(const json& entry,
+                                           const std::map<std::string, std::int64_t>& known)
 {
     const auto name = entry.value("organisation", std::string());
     if (name.empty())
@@ -67,7 +68,8 @@ Project ProjectOf(Store& store, const json& entry, std::optional<std::int64_t> o
     project.type = entry.at("type").get<std::string>();
     project.name = entry.at("name").get<std::string>();
     if (project.type != "CIM" && project.type != "BIM" && project.type != "MODEL")
-        throw std::runtime_error("project " + project.guid + " is of the unknown type \"" + project.type + '"');
+        throw std::runtime_error("project " + project.guid + " is of the unknown type \"" + project.type +
+                                 '"');
     project.record = RecordOf(entry).dump();
     project.isDemo = entry.value("isDemo", false);
     project.parent = entry.value("parent", std::string());
@@ -89,7 +91,8 @@ Project ProjectOfEntry(Store& store, const std::string& entryJson)
     return ProjectOf(store, json::parse(entryJson), std::nullopt);
 }
 
-void Seed(Store& store, const std::filesystem::path& packs, const std::filesystem::path& samples, std::ostream& log)
+void Seed(Store& store, const std::filesystem::path& packs, const std::filesystem::path& samples,
+          std::ostream& log)
 {
     const json seed = ReadJson(samples / "seed.json");
     std::map<std::string, std::int64_t> organisations;

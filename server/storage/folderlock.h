@@ -6,7 +6,8 @@
 namespace server
 {
 
-/// An exclusive lock on a file, held by this process until the object goes or the process ends, however it ends.
+/// An exclusive lock on a file, held by this process until the object goes or the process ends, however it
+/// ends.
 class FolderLock
 {
 public:

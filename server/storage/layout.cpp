@@ -6,8 +6,8 @@
 namespace server
 {
 
-// Encoded as runs of pieces that lie one behind the other: pack, offset and number of the run, then the length of each
-// frame. A revision that was written in one go is one run a pack.
+// Encoded as runs of pieces that lie one behind the other: pack, offset and number of the run, then the
+// length of each frame. A revision that was written in one go is one run a pack.
 
 namespace
 {

@@ -23,20 +23,24 @@ struct PackRange {
     friend bool operator==(const PackRange&, const PackRange&) = default;
 };
 
-/// Where all pieces of a revision lie, in the order of its manifest. Made once, when the revision is committed, so that
-/// a download needs no look-up per piece.
+/// Where all pieces of a revision lie, in the order of its manifest. Made once, when the revision is
+/// committed, so that a download needs no look-up per piece.
 class Layout
 {
 public:
     Layout() = default;
-    explicit Layout(std::vector<PieceLocation> locations) : m_locations(std::move(locations)) {}
+    explicit Layout(std::vector<PieceLocation> locations)
+        : m_locations(std::move(locations))
+    {
+    }
 
     [[nodiscard]] std::string encode() const;
 
     /// Reads what encode gives for a revision of `pieceCount` pieces; nothing when it is damaged.
     [[nodiscard]] static std::optional<Layout> decode(std::string_view bytes, std::size_t pieceCount);
 
-    /// The stretches that hold the pieces `first` to `first + count`, adjoining ones joined, appended to `ranges`.
+    /// The stretches that hold the pieces `first` to `first + count`, adjoining ones joined, appended to
+    /// `ranges`.
     void appendRanges(std::size_t first, std::size_t count, std::vector<PackRange>& ranges) const;
 
     [[nodiscard]] std::size_t pieceCount() const { return m_locations.size(); }

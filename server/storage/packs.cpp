@@ -72,7 +72,9 @@ std::shared_ptr<const OpenFile> PackReader::open(std::uint32_t pack)
     return file;
 }
 
-PackWriter::PackWriter(std::filesystem::path folder) : m_folder(std::move(folder)), m_lock(m_folder / "lock", true)
+PackWriter::PackWriter(std::filesystem::path folder)
+    : m_folder(std::move(folder))
+    , m_lock(m_folder / "lock", true)
 {
     if (!m_lock.isHeld())
         Fail("cannot lock the packs");

@@ -13,7 +13,8 @@
 namespace server
 {
 
-/// Where a piece lies: its frame (header and stored bytes, as they go over the wire) in one of the pack files.
+/// Where a piece lies: its frame (header and stored bytes, as they go over the wire) in one of the pack
+/// files.
 struct PieceLocation {
     std::uint32_t pack = 0;
     std::uint64_t offset = 0;
@@ -26,7 +27,10 @@ struct PieceLocation {
 class OpenFile
 {
 public:
-    explicit OpenFile(int descriptor) : m_descriptor(descriptor) {}
+    explicit OpenFile(int descriptor)
+        : m_descriptor(descriptor)
+    {
+    }
     OpenFile(const OpenFile&) = delete;
     OpenFile& operator=(const OpenFile&) = delete;
     ~OpenFile();
@@ -41,7 +45,10 @@ private:
 class PackReader
 {
 public:
-    explicit PackReader(std::filesystem::path folder) : m_folder(std::move(folder)) {}
+    explicit PackReader(std::filesystem::path folder)
+        : m_folder(std::move(folder))
+    {
+    }
 
     /// The file of a pack, opened once and kept; null when it is not there.
     [[nodiscard]] std::shared_ptr<const OpenFile> open(std::uint32_t pack);
@@ -52,8 +59,9 @@ private:
     std::unordered_map<std::uint32_t, std::shared_ptr<const OpenFile>> m_files;
 };
 
-/// Appends frames to the newest pack. There is one writer at a time on a folder, over all processes: the constructor
-/// waits for the other. What a killed writer left behind its last commit stays as dead bytes and harms nobody.
+/// Appends frames to the newest pack. There is one writer at a time on a folder, over all processes: the
+/// constructor waits for the other. What a killed writer left behind its last commit stays as dead bytes and
+/// harms nobody.
 class PackWriter
 {
 public:

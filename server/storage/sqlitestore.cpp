@@ -40,7 +40,8 @@ constexpr const char* visible = R"(SELECT p.guid FROM projects p JOIN accounts a
 
 void BindDigest(SQLite::Statement& statement, int index, const wire::Digest& digest)
 {
-    statement.bind(index, static_cast<const void*>(digest.bytes.data()), static_cast<int>(digest.bytes.size()));
+    statement.bind(index, static_cast<const void*>(digest.bytes.data()),
+                   static_cast<int>(digest.bytes.size()));
 }
 
 void BindBlob(SQLite::Statement& statement, int index, const std::string& bytes)
@@ -133,13 +134,14 @@ private:
     std::unordered_map<std::string, std::unique_ptr<SQLite::Statement>> m_statements;
 };
 
-/// A connection while one operation uses it. No statement stays in the middle of its rows when it goes back: that
-/// would keep an old snapshot of the database alive.
+/// A connection while one operation uses it. No statement stays in the middle of its rows when it goes back:
+/// that would keep an old snapshot of the database alive.
 class SqliteStore::Lease
 {
 public:
     Lease(SqliteStore& store, std::unique_ptr<Connection> connection)
-        : m_store(store), m_connection(std::move(connection))
+        : m_store(store)
+        , m_connection(std::move(connection))
     {
     }
     Lease(const Lease&) = delete;
@@ -168,7 +170,8 @@ private:
     SQLite::Statement* m_used = nullptr;
 };
 
-SqliteStore::SqliteStore(std::filesystem::path file) : m_file(std::move(file))
+SqliteStore::SqliteStore(std::filesystem::path file)
+    : m_file(std::move(file))
 {
     auto connection = lease();
     SQLite::Transaction transaction(connection.database(), SQLite::TransactionBehavior::IMMEDIATE);
@@ -202,8 +205,9 @@ SqliteStore::Lease SqliteStore::lease()
 std::optional<std::int64_t> SqliteStore::addAccount(const Account& account)
 {
     auto connection = lease();
-    auto& insert = connection.prepare("INSERT OR IGNORE INTO accounts(name, login_name, salt, hash, organisation) "
-                                      "VALUES(?, ?, ?, ?, ?)");
+    auto& insert =
+        connection.prepare("INSERT OR IGNORE INTO accounts(name, login_name, salt, hash, organisation) "
+                           "VALUES(?, ?, ?, ?, ?)");
     insert.bind(1, account.name);
     insert.bind(2, account.loginName);
     BindBlob(insert, 3, account.password.salt);
@@ -217,8 +221,8 @@ std::optional<std::int64_t> SqliteStore::addAccount(const Account& account)
 std::optional<Account> SqliteStore::findAccount(const std::string& name)
 {
     auto connection = lease();
-    auto& row =
-        connection.prepare("SELECT id, name, login_name, salt, hash, organisation FROM accounts WHERE name = ?");
+    auto& row = connection.prepare(
+        "SELECT id, name, login_name, salt, hash, organisation FROM accounts WHERE name = ?");
     row.bind(1, name);
     if (!row.executeStep())
         return std::nullopt;
@@ -228,7 +232,8 @@ std::optional<Account> SqliteStore::findAccount(const std::string& name)
 std::vector<Account> SqliteStore::accounts()
 {
     auto connection = lease();
-    auto& row = connection.prepare("SELECT id, name, login_name, salt, hash, organisation FROM accounts ORDER BY name");
+    auto& row = connection.prepare(
+        "SELECT id, name, login_name, salt, hash, organisation FROM accounts ORDER BY name");
     std::vector<Account> accounts;
     while (row.executeStep())
         accounts.push_back(AccountOf(row));
@@ -244,7 +249,8 @@ bool SqliteStore::setPassword(const std::string& name, const PasswordHash& passw
     BindBlob(update, 2, password.hash);
     update.bind(3, name);
     const bool isKnown = update.exec() > 0;
-    auto& end = connection.prepare("DELETE FROM sessions WHERE account = (SELECT id FROM accounts WHERE name = ?)");
+    auto& end =
+        connection.prepare("DELETE FROM sessions WHERE account = (SELECT id FROM accounts WHERE name = ?)");
     end.bind(1, name);
     end.exec();
     transaction.commit();
@@ -299,8 +305,9 @@ std::int64_t SqliteStore::putOrganisation(const std::string& name, const std::st
 std::string SqliteStore::organisationTree(std::int64_t account)
 {
     auto connection = lease();
-    auto& row = connection.prepare("SELECT o.tree FROM organisations o JOIN accounts a ON a.organisation = o.id "
-                                   "WHERE a.id = ?");
+    auto& row =
+        connection.prepare("SELECT o.tree FROM organisations o JOIN accounts a ON a.organisation = o.id "
+                           "WHERE a.id = ?");
     row.bind(1, account);
     return row.executeStep() ? row.getColumn(0).getString() : std::string();
 }
@@ -308,7 +315,8 @@ std::string SqliteStore::organisationTree(std::int64_t account)
 void SqliteStore::putApplication(const std::string& id, bool mayUpload, const std::string& reason)
 {
     auto connection = lease();
-    auto& put = connection.prepare("INSERT OR REPLACE INTO applications(id, may_upload, reason) VALUES(?, ?, ?)");
+    auto& put =
+        connection.prepare("INSERT OR REPLACE INTO applications(id, may_upload, reason) VALUES(?, ?, ?)");
     put.bind(1, id);
     put.bind(2, mayUpload ? 1 : 0);
     put.bind(3, reason);
@@ -335,9 +343,10 @@ std::int64_t SqliteStore::changeCounter()
 
 std::vector<Project> SqliteStore::visibleProjects(std::int64_t account)
 {
-    static const std::string text = std::string("SELECT guid, type, name, record, owner, organisation, is_demo, parent "
-                                                "FROM projects WHERE guid IN (") +
-                                    visible + ") ORDER BY rowid";
+    static const std::string text =
+        std::string("SELECT guid, type, name, record, owner, organisation, is_demo, parent "
+                    "FROM projects WHERE guid IN (") +
+        visible + ") ORDER BY rowid";
     auto connection = lease();
     auto& row = connection.prepare(text.c_str());
     row.bind(1, account);
@@ -362,13 +371,16 @@ std::vector<ProjectState> SqliteStore::visibleStates(std::int64_t account)
     return states;
 }
 
-std::optional<std::pair<Project, ProjectState>> SqliteStore::findProject(std::int64_t account, const std::string& guid)
+std::optional<std::pair<Project, ProjectState>> SqliteStore::findProject(std::int64_t account,
+                                                                         const std::string& guid)
 {
     // A model is seen by whoever sees the building project that it belongs to.
     auto connection = lease();
     auto& row = connection.prepare(
-        "SELECT p.guid, p.type, p.name, p.record, p.owner, p.organisation, p.is_demo, p.parent, p.status, p.head "
-        "FROM projects p LEFT JOIN projects m ON m.guid = p.parent JOIN accounts a ON a.id = ?1 WHERE p.guid = ?2 AND "
+        "SELECT p.guid, p.type, p.name, p.record, p.owner, p.organisation, p.is_demo, p.parent, p.status, "
+        "p.head "
+        "FROM projects p LEFT JOIN projects m ON m.guid = p.parent JOIN accounts a ON a.id = ?1 WHERE p.guid "
+        "= ?2 AND "
         "(coalesce(m.owner, p.owner) = a.id OR coalesce(m.organisation, p.organisation) = a.organisation "
         "OR coalesce(m.is_demo, p.is_demo))");
     row.bind(1, account);
@@ -385,7 +397,8 @@ void SqliteStore::putProject(const Project& project)
     SQLite::Transaction transaction(connection.database(), SQLite::TransactionBehavior::IMMEDIATE);
     auto& put = connection.prepare(
         "INSERT INTO projects(guid, type, name, record, owner, organisation, is_demo, parent) "
-        "VALUES(?, ?, ?, ?, ?, ?, ?, ?) ON CONFLICT(guid) DO UPDATE SET type = excluded.type, name = excluded.name, "
+        "VALUES(?, ?, ?, ?, ?, ?, ?, ?) ON CONFLICT(guid) DO UPDATE SET type = excluded.type, name = "
+        "excluded.name, "
         "record = excluded.record, owner = excluded.owner, organisation = excluded.organisation, "
         "is_demo = excluded.is_demo, parent = excluded.parent");
     put.bind(1, project.guid);
@@ -457,8 +470,8 @@ void SqliteStore::commitRevision(const std::string& guid, const Revision& revisi
         insert.bind(4, location.length);
         insert.exec();
     }
-    auto& insert =
-        connection.prepare("INSERT OR IGNORE INTO revisions(guid, root, manifest, layout) VALUES(?, ?, ?, ?)");
+    auto& insert = connection.prepare(
+        "INSERT OR IGNORE INTO revisions(guid, root, manifest, layout) VALUES(?, ?, ?, ?)");
     insert.bind(1, guid);
     BindDigest(insert, 2, revision.root);
     BindBlob(insert, 3, revision.manifest);

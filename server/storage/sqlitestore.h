@@ -14,8 +14,8 @@ namespace server
 class SqliteStore : public Store
 {
 public:
-    /// Opens the file, makes it when it is missing. Throws std::exception when it cannot be used, and for a file that a
-    /// newer version has written.
+    /// Opens the file, makes it when it is missing. Throws std::exception when it cannot be used, and for a
+    /// file that a newer version has written.
     explicit SqliteStore(std::filesystem::path file);
     ~SqliteStore() override;
 
@@ -33,11 +33,12 @@ public:
     [[nodiscard]] std::int64_t changeCounter() override;
     [[nodiscard]] std::vector<Project> visibleProjects(std::int64_t account) override;
     [[nodiscard]] std::vector<ProjectState> visibleStates(std::int64_t account) override;
-    [[nodiscard]] std::optional<std::pair<Project, ProjectState>> findProject(std::int64_t account,
-                                                                             const std::string& guid) override;
+    [[nodiscard]] std::optional<std::pair<Project, ProjectState>>
+    findProject(std::int64_t account, const std::string& guid) override;
     void putProject(const Project& project) override;
     void setStatus(const std::string& guid, ProjectStatus status) override;
-    [[nodiscard]] std::optional<Revision> findRevision(const std::string& guid, const wire::Digest& root) override;
+    [[nodiscard]] std::optional<Revision> findRevision(const std::string& guid,
+                                                       const wire::Digest& root) override;
     [[nodiscard]] std::string head(const std::string& guid) override;
     [[nodiscard]] std::optional<PieceLocation> findPiece(const wire::Digest& name) override;
     void commitRevision(const std::string& guid, const Revision& revision,

@@ -39,7 +39,7 @@ struct Session {
 /// What an account has to say about a project, and where it belongs.
 struct Project {
     std::string guid;
-    std::string type;   ///< "CIM", "BIM" or "MODEL"
+    std::string type; ///< "CIM", "BIM" or "MODEL"
     std::string name;
     std::string record; ///< the project's record for the list, a JSON object; empty for a model
     std::int64_t owner = 0;
@@ -69,8 +69,8 @@ struct Revision {
     std::string layout;   ///< encoded
 };
 
-/// What the server remembers. Every operation is whole or not at all, may be called on any thread, waits for the
-/// database and throws std::exception when that fails.
+/// What the server remembers. Every operation is whole or not at all, may be called on any thread, waits for
+/// the database and throws std::exception when that fails.
 class Store
 {
 public:
@@ -107,20 +107,21 @@ public:
 
     /// A number that grows with every change of what anybody sees of projects.
     [[nodiscard]] virtual std::int64_t changeCounter() = 0;
-    /// What an account sees: its own, its organisation's and the demonstration projects, without models, in a stable
-    /// order.
+    /// What an account sees: its own, its organisation's and the demonstration projects, without models, in a
+    /// stable order.
     [[nodiscard]] virtual std::vector<Project> visibleProjects(std::int64_t account) = 0;
     /// The states of what an account sees, models included.
     [[nodiscard]] virtual std::vector<ProjectState> visibleStates(std::int64_t account) = 0;
     /// A project and its state when the account sees it.
-    [[nodiscard]] virtual std::optional<std::pair<Project, ProjectState>> findProject(std::int64_t account,
-                                                                                     const std::string& guid) = 0;
+    [[nodiscard]] virtual std::optional<std::pair<Project, ProjectState>>
+    findProject(std::int64_t account, const std::string& guid) = 0;
     virtual void putProject(const Project& project) = 0;
     virtual void setStatus(const std::string& guid, ProjectStatus status) = 0;
 
     // Revisions
 
-    [[nodiscard]] virtual std::optional<Revision> findRevision(const std::string& guid, const wire::Digest& root) = 0;
+    [[nodiscard]] virtual std::optional<Revision> findRevision(const std::string& guid,
+                                                               const wire::Digest& root) = 0;
     /// The name of a project's newest revision, empty when it has none.
     [[nodiscard]] virtual std::string head(const std::string& guid) = 0;
     [[nodiscard]] virtual std::optional<PieceLocation> findPiece(const wire::Digest& name) = 0;

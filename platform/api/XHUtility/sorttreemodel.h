@@ -12,8 +12,9 @@ namespace XHUTILITY
 /// A sorted view of a CTreeModel, and of what a search in it finds. GUI thread.
 ///
 /// Order: departments (items whose map has the "type" "orgType") before projects; then by the text at the
-/// search key in natural order of the user's locale ("2" before "10", case and width not regarded); equal
-/// texts keep the source's order. The order is stable under change.
+/// search key in natural order of the user's locale ("2" before "10", case and width not regarded; the locale
+/// "C", which knows no such order, counts as Chinese); equal texts keep the source's order. The order is
+/// stable under change.
 class CSortTreeModel : public QSortFilterProxyModel
 {
     Q_OBJECT
@@ -21,6 +22,9 @@ class CSortTreeModel : public QSortFilterProxyModel
 public:
     explicit CSortTreeModel(QObject* parent = nullptr);
     ~CSortTreeModel() override;
+
+    /// Gives the tree to be shown, a CTreeModel.
+    void setSourceModel(QAbstractItemModel* source) override;
 
     /// The key of the items' map that `search` and the order look at.
     void setSearchKey(const QString& key);
@@ -46,6 +50,9 @@ protected:
     [[nodiscard]] bool filterAcceptsRow(int sourceRow, const QModelIndex& sourceParent) const override;
 
 private:
+    void followHits(QAbstractItemModel* source);
+    void followFilter(QAbstractItemModel* source);
+
     class Private;
     std::unique_ptr<Private> m_private;
 };

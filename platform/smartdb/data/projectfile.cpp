@@ -280,12 +280,13 @@ std::vector<ObjectData> ProjectFile::readObjects()
                               "SELECT guid, name, link, text, x, y, z, rotation FROM objects ORDER BY rowid");
         std::vector<ObjectData> objects;
         while (row.executeStep()) {
-            objects.push_back({row.getColumn(0).getString(),
-                               row.getColumn(1).getString(),
-                               row.getColumn(2).getString(),
-                               row.getColumn(3).getString(),
-                               {row.getColumn(4).getDouble(), row.getColumn(5).getDouble(), row.getColumn(6).getDouble()},
-                               row.getColumn(7).getDouble()});
+            objects.push_back(
+                {row.getColumn(0).getString(),
+                 row.getColumn(1).getString(),
+                 row.getColumn(2).getString(),
+                 row.getColumn(3).getString(),
+                 {row.getColumn(4).getDouble(), row.getColumn(5).getDouble(), row.getColumn(6).getDouble()},
+                 row.getColumn(7).getDouble()});
         }
         return objects;
     });
@@ -298,8 +299,8 @@ std::vector<ModelData> ProjectFile::readModels()
         SQLite::Statement row(*m_database, "SELECT guid, name, type, attributes FROM models ORDER BY rowid");
         std::vector<ModelData> models;
         while (row.executeStep()) {
-            models.push_back({row.getColumn(0).getString(), row.getColumn(1).getString(), row.getColumn(2).getString(),
-                              TextMapOf(row.getColumn(3).getString())});
+            models.push_back({row.getColumn(0).getString(), row.getColumn(1).getString(),
+                              row.getColumn(2).getString(), TextMapOf(row.getColumn(3).getString())});
         }
         return models;
     });

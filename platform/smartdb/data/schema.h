@@ -9,8 +9,8 @@ class Database;
 namespace ZRSmartDB
 {
 
-/// The format that this version writes. Version 1 kept the position as one text and the attributes as one JSON text, and
-/// knew no IoT code, no notes and no placing of objects.
+/// The format that this version writes. Version 1 kept the position as one text and the attributes as one
+/// JSON text, and knew no IoT code, no notes and no placing of objects.
 inline constexpr int currentSchema = 2;
 
 /// Marks a SQLite file as a project ("TVPR").

@@ -37,8 +37,8 @@ struct SyncState {
     friend bool operator==(const SyncState&, const SyncState&) = default;
 };
 
-/// Nothing when the project was never equal to the server's, or when the file is damaged: the project then counts as
-/// changed here, and no work is lost.
+/// Nothing when the project was never equal to the server's, or when the file is damaged: the project then
+/// counts as changed here, and no work is lost.
 [[nodiscard]] std::optional<SyncState> ReadSyncState(const std::filesystem::path& folder);
 
 /// The memory of a folder that holds exactly the files of `manifest`. Throws Failure.

@@ -15,9 +15,10 @@
 namespace ZRSmartDB
 {
 
-/// Brings projects from the server into a data folder. Everything is gathered in a side folder and checked there; it
-/// becomes visible by renaming, models before the project that they belong to. A kill at any moment leaves nothing
-/// visible but whole projects; side folders that it left behind are removed by the next download.
+/// Brings projects from the server into a data folder. Everything is gathered in a side folder and checked
+/// there; it becomes visible by renaming, models before the project that they belong to. A kill at any moment
+/// leaves nothing visible but whole projects; side folders that it left behind are removed by the next
+/// download.
 class Download
 {
 public:

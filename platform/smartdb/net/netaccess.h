@@ -20,16 +20,18 @@ class NetAccess final : public CZRDBNetAccess
 public:
     NetAccess(http::Client& client, StateTable& states, TaskQueue& queue, std::shared_ptr<Disk> disk);
 
-    [[nodiscard]] Concurrency::task<std::wstring> GetStatusByProjId(const ZRSmartFormat::SZRFTGuid& guid,
-                                                                   std::shared_ptr<std::wstring> reply) override;
+    [[nodiscard]] Concurrency::task<std::wstring>
+    GetStatusByProjId(const ZRSmartFormat::SZRFTGuid& guid, std::shared_ptr<std::wstring> reply) override;
     [[nodiscard]] Concurrency::task<std::wstring> GetProjType(const ZRSmartFormat::SZRFTGuid& guid,
-                                                             std::shared_ptr<std::wstring> reply) override;
-    [[nodiscard]] Concurrency::task<std::wstring> GetCountryList(std::shared_ptr<std::wstring> reply) override;
-    [[nodiscard]] Concurrency::task<std::wstring> GetAdministrativeRegion(const std::wstring& id,
-                                                                         std::shared_ptr<std::wstring> reply) override;
+                                                              std::shared_ptr<std::wstring> reply) override;
+    [[nodiscard]] Concurrency::task<std::wstring>
+    GetCountryList(std::shared_ptr<std::wstring> reply) override;
+    [[nodiscard]] Concurrency::task<std::wstring>
+    GetAdministrativeRegion(const std::wstring& id, std::shared_ptr<std::wstring> reply) override;
     [[nodiscard]] Concurrency::task<std::wstring> CanAppIdUpload(const std::wstring& appId) override;
-    [[nodiscard]] Concurrency::task<std::wstring> DownloadFileAry(const std::vector<std::wstring>& serverPaths,
-                                                                 const std::vector<std::wstring>& localPaths) override;
+    [[nodiscard]] Concurrency::task<std::wstring>
+    DownloadFileAry(const std::vector<std::wstring>& serverPaths,
+                    const std::vector<std::wstring>& localPaths) override;
     void LoginByToken(const std::wstring& token) override;
     void SetCookie(const std::wstring& cookies) override;
 

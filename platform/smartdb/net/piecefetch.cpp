@@ -31,7 +31,8 @@ http::Fault CannotWrite(const std::filesystem::path& file, int error)
 class Target
 {
 public:
-    explicit Target(std::filesystem::path file) : m_file(std::move(file))
+    explicit Target(std::filesystem::path file)
+        : m_file(std::move(file))
     {
         m_descriptor = ::open(m_file.c_str(), O_WRONLY | O_CLOEXEC);
         if (m_descriptor < 0)
@@ -48,7 +49,8 @@ public:
     [[nodiscard]] bool write(std::span<const std::byte> bytes, std::uint64_t offset)
     {
         while (!m_fault && !bytes.empty()) {
-            const auto written = ::pwrite(m_descriptor, bytes.data(), bytes.size(), static_cast<off_t>(offset));
+            const auto written =
+                ::pwrite(m_descriptor, bytes.data(), bytes.size(), static_cast<off_t>(offset));
             if (written < 0 && errno == EINTR)
                 continue;
             if (written < 0) {

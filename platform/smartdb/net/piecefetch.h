@@ -13,14 +13,14 @@
 namespace ZRSmartDB
 {
 
-/// Fetches the files of a revision into a folder: pieces in large requests, on two connections at once, so that
-/// receiving, checking and writing overlap. Every piece is checked against its name before it counts.
+/// Fetches the files of a revision into a folder: pieces in large requests, on two connections at once, so
+/// that receiving, checking and writing overlap. Every piece is checked against its name before it counts.
 class PieceFetch
 {
 public:
     /// `guid` and `root` name the revision that `manifest` describes. `folder` must exist and be empty.
-    PieceFetch(http::Client& client, const std::string& guid, const std::string& root, const wire::Manifest& manifest,
-               std::filesystem::path folder);
+    PieceFetch(http::Client& client, const std::string& guid, const std::string& root,
+               const wire::Manifest& manifest, std::filesystem::path folder);
 
     /// Waits until all files stand in the folder, or gives the first reason why they do not.
     [[nodiscard]] http::Fault run();

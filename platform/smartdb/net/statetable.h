@@ -31,7 +31,10 @@ struct ServerState {
 class StateTable
 {
 public:
-    explicit StateTable(http::Client& client) : m_client(client) {}
+    explicit StateTable(http::Client& client)
+        : m_client(client)
+    {
+    }
 
     struct Answer {
         http::Fault fault; ///< why the server could not be asked; the state means nothing then

@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: MIT
+#include "check/check.h"
+
+#include "road/picture.h"
+#include "road/processes.h"
+#include "road/samplecontent.h"
+
+#include <csignal>
+#include <cstdio>
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QTest>
+
+using road::HomeScreen;
+using road::Session;
+using road::WaitFor;
+
+Check::Check(const QString& shots, pid_t server)
+    : m_shots(shots)
+    , m_server(server)
+{
+}
+
+bool Check::run()
+{
+    return take("login window", &Check::showLogin) && take("home window", &Check::logIn) &&
+           take("tree", &Check::openTree) && take("downloading", &Check::beginDownload) &&
+           take("downloaded", &Check::finishDownload) && take("cards", &Check::fillHome) &&
+           take("opened", &Check::openProject) && take("turned", &Check::turnModel) &&
+           take("home again", &Check::goHome) && take("closed", &Check::closeProject);
+}
+
+bool Check::take(const char* name, Step step)
+{
+    QElapsedTimer timer;
+    timer.start();
+    const bool happened = (this->*step)();
+    const auto milliseconds = timer.elapsed();
+    // What has happened is not painted yet.
+    m_session.desktop().awaitQuiet();
+    const QString picture = QStringLiteral("%1-%2.png").arg(++m_number).arg(QString(name).replace(' ', '-'));
+    keepPicture(picture);
+    std::printf(R"({"step": "%s", "happened": %s, "milliseconds": %lld, "picture": "%s"})"
+                "\n",
+                name, happened ? "true" : "false", static_cast<long long>(milliseconds), qPrintable(picture));
+    std::fflush(stdout);
+    return happened;
+}
+
+void Check::keepPicture(const QString& name)
+{
+    const QString path = QDir(m_shots).filePath(name);
+    if (!m_session.desktop().picture().save(path))
+        std::fprintf(stderr, "the picture %s cannot be written\n", qUtf8Printable(path));
+}
+
+bool Check::showLogin()
+{
+    return m_session.showLogin();
+}
+
+bool Check::logIn()
+{
+    return m_session.logIn();
+}
+
+bool Check::openTree()
+{
+    return m_session.home().openWholeTree() && HomeScreen::projectsInTree().contains(road::house);
+}
+
+bool Check::beginDownload()
+{
+    // A line as slow as this shows the card at work for as long as a picture takes.
+    kill(m_server, SIGSTOP);
+    const bool happened = m_session.beginDownload(road::house);
+    QTest::qWait(400);
+    return happened;
+}
+
+bool Check::finishDownload()
+{
+    kill(m_server, SIGCONT);
+    return m_session.finishDownload(road::house);
+}
+
+bool Check::fillHome()
+{
+    return m_session.download(road::engine) && m_session.download(road::layeredHouse) &&
+           m_session.download(road::scene);
+}
+
+bool Check::openProject()
+{
+    return m_session.open(road::house);
+}
+
+bool Check::turnModel()
+{
+    const QRect view = Session::view();
+    const QImage before = m_session.desktop().picture();
+    m_session.desktop().drag(view.center(), view.center() + QPoint(view.width() / 3, view.height() / 8));
+    return WaitFor([&] { return road::DifferenceIn(before, m_session.desktop().picture(), view) > 0.02; });
+}
+
+bool Check::goHome()
+{
+    const QImage before = m_session.desktop().picture();
+    return m_session.goHome() && WaitFor([] { return HomeScreen::card(road::house) != nullptr; }) &&
+           WaitFor([&] {
+               return road::DifferenceIn(before, m_session.desktop().picture(), Session::view()) > 0.02;
+           });
+}
+
+bool Check::closeProject()
+{
+    return m_session.turnTo(road::house) && m_session.closeCurrentTab() && HomeScreen::tabs().isEmpty() &&
+           WaitFor([this] { return m_session.isNoChildSeen() && road::Children().isEmpty(); });
+}

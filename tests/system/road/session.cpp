@@ -1,0 +1,152 @@
+// SPDX-License-Identifier: MIT
+#include "road/session.h"
+
+#include "road/picture.h"
+#include "road/samplecontent.h"
+#include "shell/accountfiles.h"
+
+#include <stdexcept>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace road
+{
+
+namespace
+{
+
+// As the cards give them.
+constexpr int notBusy = 0;
+constexpr int downloading = 2;
+constexpr int upToDate = 1;
+
+constexpr int loadMilliseconds = 60000;
+/// Shades of an empty view, with a margin; a model of several materials in light and shadow has many more.
+constexpr int coloursOfEmptyView = 16;
+
+} // namespace
+
+Session::Session()
+    : m_home(m_desktop)
+{
+}
+
+Session::~Session()
+{
+    leave();
+}
+
+void Session::startHost()
+{
+    QString problem;
+    const auto config =
+        shell::ReadHostConfig(shell::HostConfigFile(), {QCoreApplication::applicationFilePath()}, problem);
+    if (!problem.isEmpty())
+        throw std::runtime_error(problem.toStdString());
+    m_host = std::make_unique<shell::Host>(config);
+    m_host->start();
+}
+
+bool Session::showLogin()
+{
+    startHost();
+    return WaitFor([] { return HomeScreen::shows(QStringLiteral("accountField")); }) &&
+           // A window manager takes a moment to place it.
+           WaitFor([this] { return ColoursIn(m_desktop.picture(), m_desktop.picture().rect()) > 2; });
+}
+
+bool Session::logIn()
+{
+    return m_home.logIn(account, password) && WaitFor([] { return HomeScreen::window() != nullptr; }) &&
+           WaitFor([] { return HomeScreen::shows(QStringLiteral("projectTree")); }) &&
+           WaitFor([] { return HomeScreen::window()->isExposed(); });
+}
+
+bool Session::enter()
+{
+    return showLogin() && logIn() && m_home.openWholeTree();
+}
+
+bool Session::download(const QString& guid)
+{
+    return m_home.doubleClickInTree(guid) && WaitFor([&] { return HomeScreen::card(guid) != nullptr; }) &&
+           finishDownload(guid);
+}
+
+bool Session::beginDownload(const QString& guid)
+{
+    return m_home.doubleClickInTree(guid) &&
+           WaitFor([&] { return HomeScreen::operationOf(guid) == downloading; });
+}
+
+bool Session::finishDownload(const QString& guid)
+{
+    return WaitFor([&] { return HomeScreen::operationOf(guid) == notBusy; }, loadMilliseconds) &&
+           WaitFor([&] { return HomeScreen::stateOf(guid) == upToDate; });
+}
+
+QRect Session::view()
+{
+    const QRect area = HomeScreen::contentArea();
+    return area.adjusted(area.width() / 4, area.height() / 4, -area.width() / 4, -area.height() / 4);
+}
+
+bool Session::isChildInPlace() const
+{
+    const auto child = m_home.childWindow();
+    return child && child->area == HomeScreen::contentArea();
+}
+
+bool Session::open(const QString& guid)
+{
+    return m_home.doubleClickOnCard(guid) && WaitFor([&] { return HomeScreen::tabs().contains(guid); }) &&
+           WaitFor([this] { return isChildInPlace(); }, loadMilliseconds) &&
+           WaitFor([this] { return ColoursIn(m_desktop.picture(), view()) > coloursOfEmptyView; },
+                   loadMilliseconds);
+}
+
+bool Session::goHome()
+{
+    return m_home.click(QStringLiteral("mainPageBtn")) && WaitFor([this] { return isNoChildSeen(); });
+}
+
+bool Session::turnTo(const QString& guid)
+{
+    return m_home.click("tab_" + guid) && WaitFor([this] { return isChildInPlace(); });
+}
+
+bool Session::closeCurrentTab()
+{
+    const int before = HomeScreen::tabs().size();
+    return m_home.click(QStringLiteral("tabCloseBtn")) &&
+           WaitFor([&] { return HomeScreen::tabs().size() == before - 1; });
+}
+
+void Session::leave()
+{
+    if (!m_host)
+        return;
+    m_host->stop();
+    m_host.reset();
+}
+
+void PrepareFolder(const QString& serverAddress)
+{
+    const QDir folder(QCoreApplication::applicationDirPath());
+    for (const auto& name : {QStringLiteral("data"), QStringLiteral("projImage")})
+        QDir(folder.filePath(name)).removeRecursively();
+    QFile::remove(folder.filePath(QStringLiteral("ProjectConfig.json")));
+    QFile::remove(shell::SavedLoginFile());
+    QFile file(shell::HostConfigFile());
+    const QJsonObject settings{{QStringLiteral("server"), serverAddress},
+                               {QStringLiteral("appVer"), QStringLiteral("Normal")},
+                               {QStringLiteral("isBimSdk"), true}};
+    if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(settings).toJson()) <= 0)
+        throw std::runtime_error("the host's settings cannot be written");
+}
+
+} // namespace road
