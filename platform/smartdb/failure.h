@@ -7,8 +7,8 @@
 #include <string>
 #include <utility>
 
-/// Why things fail, and where the library ends: inside it a failure is thrown, at its border it becomes false or
-/// null, and its reason is kept for GetLastError.
+/// Why things fail, and where the library ends: inside it a failure is thrown, at its border it becomes false
+/// or null, and its reason is kept for GetLastError.
 namespace ZRSmartDB
 {
 
@@ -30,8 +30,15 @@ inline constexpr int diskFull = 50710;
 class Failure : public std::runtime_error
 {
 public:
-    Failure(int code, const std::string& message) : std::runtime_error(message), m_code(code) {}
-    explicit Failure(const http::Fault& fault) : Failure(fault.code, fault.msg) {}
+    Failure(int code, const std::string& message)
+        : std::runtime_error(message)
+        , m_code(code)
+    {
+    }
+    explicit Failure(const http::Fault& fault)
+        : Failure(fault.code, fault.msg)
+    {
+    }
 
     [[nodiscard]] int code() const { return m_code; }
     [[nodiscard]] http::Fault fault() const { return {m_code, what()}; }
@@ -40,8 +47,8 @@ private:
     int m_code;
 };
 
-/// Keeps a reason for the calling thread: a worker's failure must not be replaced by what the GUI thread looks for
-/// in vain meanwhile.
+/// Keeps a reason for the calling thread: a worker's failure must not be replaced by what the GUI thread
+/// looks for in vain meanwhile.
 void RememberFailure(const http::Fault& fault) noexcept;
 
 /// The JSON text of the last reason kept for the calling thread; empty when there is none.

@@ -42,7 +42,11 @@ std::vector<Guid> ModelsOnDisk(const fs::path& folder)
 
 } // namespace
 
-LocalProjects::LocalProjects(std::shared_ptr<Disk> disk) : m_disk(std::move(disk)), m_use(m_disk) {}
+LocalProjects::LocalProjects(std::shared_ptr<Disk> disk)
+    : m_disk(std::move(disk))
+    , m_use(m_disk)
+{
+}
 
 std::shared_ptr<Project> LocalProjects::findOpen(const Guid& guid)
 {
@@ -166,7 +170,9 @@ std::set<Guid> LocalProjects::linkedBuildings(const Guid& guid, const fs::path& 
 {
     auto linked = linkedProjects(guid, dataFolder);
     std::erase_if(linked, [&](const Guid& other) {
-        return AtBorder(true, [&] { return !isHere(other, dataFolder) || open(other, dataFolder)->type() != buildingType; });
+        return AtBorder(true, [&] {
+            return !isHere(other, dataFolder) || open(other, dataFolder)->type() != buildingType;
+        });
     });
     return linked;
 }
@@ -175,7 +181,8 @@ std::map<Guid, std::wstring> LocalProjects::assignedModels(const Guid& guid, con
 {
     // From the database in any case: it may be of an older format, which is never open.
     std::map<Guid, std::wstring> models;
-    for (const auto& [model, type] : ProjectFile(ProjectFolder(dataFolder, GuidTextOf(guid))).readModelTypes())
+    for (const auto& [model, type] :
+         ProjectFile(ProjectFolder(dataFolder, GuidTextOf(guid))).readModelTypes())
         models[GuidOf(model)] = type == tilesType ? L"3DTILES" : L"MODEL";
     return models;
 }

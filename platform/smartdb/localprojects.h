@@ -18,8 +18,8 @@
 namespace ZRSmartDB
 {
 
-/// The projects on this machine: which are open, and everything that needs no server. Operations throw Failure unless
-/// they say otherwise. Any thread.
+/// The projects on this machine: which are open, and everything that needs no server. Operations throw
+/// Failure unless they say otherwise. Any thread.
 class LocalProjects : public std::enable_shared_from_this<LocalProjects>
 {
 public:
@@ -33,7 +33,8 @@ public:
     [[nodiscard]] std::shared_ptr<Project> open(const Guid& guid, const std::filesystem::path& dataFolder);
 
     /// Makes a project on disk and opens it. The guid in `head` names it.
-    [[nodiscard]] std::shared_ptr<Project> create(const ProjectHead& head, const std::filesystem::path& dataFolder);
+    [[nodiscard]] std::shared_ptr<Project> create(const ProjectHead& head,
+                                                  const std::filesystem::path& dataFolder);
 
     /// Lets go of a project. Throws nothing.
     void close(const Guid& guid);
@@ -41,8 +42,8 @@ public:
     /// Saves all open projects, each for itself. False when one could not be saved; the reason is remembered.
     [[nodiscard]] bool saveAll();
 
-    /// Closes a project at once, and deletes it when the result is dropped, with those of its models that no other
-    /// project has. One that is not open is looked for in the data folder that was named last.
+    /// Closes a project at once, and deletes it when the result is dropped, with those of its models that no
+    /// other project has. One that is not open is looked for in the data folder that was named last.
     [[nodiscard]] std::shared_ptr<void> removeLater(const Guid& guid);
 
     /// The projects that the objects of a scene link to; none when it is not here.
@@ -52,7 +53,8 @@ public:
     [[nodiscard]] std::set<Guid> linkedBuildings(const Guid& guid, const std::filesystem::path& dataFolder);
 
     /// The models assigned to a project: "MODEL" or "3DTILES" by guid.
-    [[nodiscard]] std::map<Guid, std::wstring> assignedModels(const Guid& guid, const std::filesystem::path& dataFolder);
+    [[nodiscard]] std::map<Guid, std::wstring> assignedModels(const Guid& guid,
+                                                              const std::filesystem::path& dataFolder);
 
     [[nodiscard]] bool isHere(const Guid& guid, const std::filesystem::path& dataFolder);
     [[nodiscard]] LocalState stateOf(const Guid& guid, const std::filesystem::path& dataFolder);

@@ -17,7 +17,10 @@ namespace ZRSmartDB
 class ModelRecord final : public IZRModelRecord
 {
 public:
-    explicit ModelRecord(ModelData data) : m_data(std::move(data)) {}
+    explicit ModelRecord(ModelData data)
+        : m_data(std::move(data))
+    {
+    }
 
     [[nodiscard]] ZRSmartFormat::SZRFTGuid GetGuid() const override { return GuidOf(m_data.guid); }
     [[nodiscard]] std::wstring GetName() const override { return WideOf(m_data.name); }
@@ -34,7 +37,11 @@ private:
     const ModelData m_data;
 };
 
-ModelStore::ModelStore(const Project& project, ModelUse& use) : m_project(project), m_use(use) {}
+ModelStore::ModelStore(const Project& project, ModelUse& use)
+    : m_project(project)
+    , m_use(use)
+{
+}
 
 ModelStore::~ModelStore() = default;
 
@@ -50,8 +57,8 @@ void ModelStore::load() const
 ModelRecord* ModelStore::find(const std::string& guid) const
 {
     load();
-    const auto found =
-        std::find_if(m_records.begin(), m_records.end(), [&](const auto& record) { return record->guid() == guid; });
+    const auto found = std::find_if(m_records.begin(), m_records.end(),
+                                    [&](const auto& record) { return record->guid() == guid; });
     return found != m_records.end() ? found->get() : nullptr;
 }
 

@@ -108,7 +108,8 @@ std::vector<Guid> ModelUse::unusedOf(const fs::path& dataFolder, const std::vect
 
 void ModelUse::removeIfUnused(const fs::path& dataFolder, const Guid& model) const
 {
-    if (fs::exists(ProjectFolder(dataFolder, GuidTextOf(model))) && !unusedOf(dataFolder, {model}, {}).empty())
+    if (fs::exists(ProjectFolder(dataFolder, GuidTextOf(model))) &&
+        !unusedOf(dataFolder, {model}, {}).empty())
         SideFolder(m_disk, dataFolder).takeOut({GuidTextOf(model)});
 }
 

@@ -22,8 +22,8 @@ class ModelUse;
 
 /// An open project. Its head is read when it is opened, the rest when it is asked for. Any thread.
 ///
-/// A save writes what was set here to another value and nothing else, so that it neither undoes what another process
-/// has written meanwhile nor makes a project modified that is not.
+/// A save writes what was set here to another value and nothing else, so that it neither undoes what another
+/// process has written meanwhile nor makes a project modified that is not.
 class Project final : public IZRProject
 {
 public:
@@ -61,7 +61,8 @@ public:
     /// Guids of the assigned models that are projects of their own, as they were when the project was opened.
     [[nodiscard]] std::vector<std::string> modelGuids() const;
 
-    /// Writes what was changed since the last time, in one transaction. Throws Failure; the changes then stay in memory.
+    /// Writes what was changed since the last time, in one transaction. Throws Failure; the changes then stay
+    /// in memory.
     void save();
 
     /// Changed in memory and not written yet.

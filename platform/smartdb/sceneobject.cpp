@@ -9,7 +9,11 @@
 namespace ZRSmartDB
 {
 
-SceneObject::SceneObject(Project& project, ObjectData data) : m_project(project), m_data(std::move(data)) {}
+SceneObject::SceneObject(Project& project, ObjectData data)
+    : m_project(project)
+    , m_data(std::move(data))
+{
+}
 
 ZRSmartFormat::SZRFTGuid SceneObject::GetGuid() const
 {

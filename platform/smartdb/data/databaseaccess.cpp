@@ -46,7 +46,8 @@ SQLite::Database OpenDatabase(const std::filesystem::path& file)
 
 Failure FailureOf(const SQLite::Exception& exception)
 {
-    return {CodeOf(exception.getErrorCode()), std::string("the project's database cannot be used: ") + exception.what()};
+    return {CodeOf(exception.getErrorCode()),
+            std::string("the project's database cannot be used: ") + exception.what()};
 }
 
 } // namespace ZRSmartDB

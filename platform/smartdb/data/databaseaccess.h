@@ -11,8 +11,8 @@
 namespace ZRSmartDB
 {
 
-/// Opens an existing database for reading and writing: SQLite makes connections that only read leave their side files
-/// behind, so that whoever reads opens it for writing as well. Throws Failure.
+/// Opens an existing database for reading and writing: SQLite makes connections that only read leave their
+/// side files behind, so that whoever reads opens it for writing as well. Throws Failure.
 [[nodiscard]] SQLite::Database OpenDatabase(const std::filesystem::path& file);
 
 /// What went wrong inside SQLite, as the library's border gives it on.

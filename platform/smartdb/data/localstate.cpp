@@ -28,7 +28,8 @@ ProjectState StateOf(const LocalState& local, const std::string& head)
 {
     if (head.empty())
         return ProjectState::onlyHere;
-    // Without a memory of having been equal, both sides count as changed: nobody's work is overwritten unasked.
+    // Without a memory of having been equal, both sides count as changed: nobody's work is overwritten
+    // unasked.
     const bool isChangedThere = local.revision != head;
     if (local.isChanged)
         return isChangedThere ? ProjectState::changedOnBoth : ProjectState::changedHere;

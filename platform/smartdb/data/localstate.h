@@ -17,7 +17,8 @@ struct LocalState {
     friend bool operator==(const LocalState&, const LocalState&) = default;
 };
 
-/// Reads it from the folder, whatever the format of the project. Throws Failure when the folder cannot be read.
+/// Reads it from the folder, whatever the format of the project. Throws Failure when the folder cannot be
+/// read.
 [[nodiscard]] LocalState LocalStateOf(Disk& disk, const std::filesystem::path& folder);
 
 /// How a project stands to the server, as IZRDatabase::GetProjStatus gives it.

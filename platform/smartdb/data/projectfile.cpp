@@ -44,8 +44,8 @@ std::string JsonTextOf(const TextMap& map)
 }
 
 template<class Value>
-void WriteColumn(SQLite::Database& database, const char* column, Value ProjectHead::*member, const ProjectHead& head,
-                 const ProjectHead* before)
+void WriteColumn(SQLite::Database& database, const char* column, Value ProjectHead::*member,
+                 const ProjectHead& head, const ProjectHead* before)
 {
     if (before != nullptr && before->*member == head.*member)
         return;
@@ -153,7 +153,8 @@ bool IsProjectHere(const std::filesystem::path& projectFolder)
 
 bool IsProjectKey(const std::string& guid)
 {
-    return !guid.empty() && guid.find('/') == std::string::npos && wire::PathRefusal(projectPrefix + guid).empty();
+    return !guid.empty() && guid.find('/') == std::string::npos &&
+           wire::PathRefusal(projectPrefix + guid).empty();
 }
 
 std::filesystem::path ProjectFolder(const std::filesystem::path& dataFolder, const std::string& guid)
@@ -191,7 +192,7 @@ void ProjectFile::create(const std::filesystem::path& folder, const ProjectHead&
     std::error_code error;
     const bool isNew = std::filesystem::create_directories(folder, error);
     // Under its own name the database is complete from the start, whenever this process may be killed.
-    const auto draft = file.string() + std::string(draftEnding);
+    const std::filesystem::path draft = file.string() + std::string(draftEnding);
     try {
         std::filesystem::remove(draft, error);
         ReportingFailures([&] { CreateDatabase(draft, head); });

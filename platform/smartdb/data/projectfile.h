@@ -17,12 +17,12 @@ class Database;
 namespace ZRSmartDB
 {
 
-/// A change of a project, written in one transaction together with the change counter. What is null or empty is left
-/// alone.
+/// A change of a project, written in one transaction together with the change counter. What is null or empty
+/// is left alone.
 struct ProjectChange {
     const ProjectHead* head = nullptr; ///< everything but the models, the object count and the counter
-    /// What `head` was before: only the differences are written then, so that what another process has written
-    /// meanwhile stays.
+    /// What `head` was before: only the differences are written then, so that what another process has
+    /// written meanwhile stays.
     const ProjectHead* headBefore = nullptr;
     const std::string* propertyTemplate = nullptr;
     const std::vector<ObjectData>* objects = nullptr; ///< all objects of the project
@@ -31,12 +31,12 @@ struct ProjectChange {
     std::vector<std::string> removedModels{};
 };
 
-/// The database in a project's folder, opened for a few statements and closed again: thousands of projects may be open
-/// without keeping thousands of files open. Every operation throws Failure unless it says otherwise. One thread at a
-/// time.
+/// The database in a project's folder, opened for a few statements and closed again: thousands of projects
+/// may be open without keeping thousands of files open. Every operation throws Failure unless it says
+/// otherwise. One thread at a time.
 ///
-/// A project's database must not be opened by other means while a ProjectFile may exist in the same process: closing
-/// any descriptor of a file gives up the locks that SQLite holds on it.
+/// A project's database must not be opened by other means while a ProjectFile may exist in the same process:
+/// closing any descriptor of a file gives up the locks that SQLite holds on it.
 class ProjectFile
 {
 public:
@@ -45,7 +45,8 @@ public:
     /// What stands in a folder. Throws nothing.
     [[nodiscard]] static Format formatOf(const std::filesystem::path& folder);
 
-    /// Makes a project's database in `folder`, which is made when it is missing; nothing is left of it when it fails.
+    /// Makes a project's database in `folder`, which is made when it is missing; nothing is left of it when
+    /// it fails.
     static void create(const std::filesystem::path& folder, const ProjectHead& head);
 
     /// Opens an existing project, of the current format or of an older one.
@@ -58,11 +59,11 @@ public:
     [[nodiscard]] std::vector<ObjectData> readObjects();
     [[nodiscard]] std::vector<ModelData> readModels();
 
-    // For a project of any format: one of an older format is fetched whole and compared with the server's before it is
-    // upgraded.
+    // For a project of any format: one of an older format is fetched whole and compared with the server's
+    // before it is upgraded.
     [[nodiscard]] std::string readGuid();
     [[nodiscard]] std::int64_t readChangeCounter();
-    [[nodiscard]] TextMap readModelTypes();           ///< type text by guid of the model
+    [[nodiscard]] TextMap readModelTypes();             ///< type text by guid of the model
     [[nodiscard]] std::vector<std::string> readLinks(); ///< what the objects link to, each once
 
     /// Writes a change. Returns the new change counter.
@@ -81,9 +82,10 @@ private:
 /// Whether a project with this key can have a folder.
 [[nodiscard]] bool IsProjectKey(const std::string& guid);
 
-/// A project's folder in a data folder. Throws Failure when `guid` cannot be a part of a folder's name: project keys
-/// may be any text, also one that climbs out of the data folder.
-[[nodiscard]] std::filesystem::path ProjectFolder(const std::filesystem::path& dataFolder, const std::string& guid);
+/// A project's folder in a data folder. Throws Failure when `guid` cannot be a part of a folder's name:
+/// project keys may be any text, also one that climbs out of the data folder.
+[[nodiscard]] std::filesystem::path ProjectFolder(const std::filesystem::path& dataFolder,
+                                                  const std::string& guid);
 
 /// The database in a project's folder.
 [[nodiscard]] std::filesystem::path DatabaseIn(const std::filesystem::path& projectFolder);

@@ -84,7 +84,8 @@ void RequireCurrentSchema(SQLite::Database& database)
 
 void MigrateFromVersion1(SQLite::Database& database)
 {
-    if (database.execAndGet("SELECT count(*) FROM sqlite_schema WHERE type NOT IN ('table', 'index')").getInt() != 0)
+    if (database.execAndGet("SELECT count(*) FROM sqlite_schema WHERE type NOT IN ('table', 'index')")
+            .getInt() != 0)
         throw Failure(localcode::damaged, "the project's database has other tables than it should have");
     database.exec("ALTER TABLE project RENAME TO project1; ALTER TABLE objects RENAME TO objects1; "
                   "ALTER TABLE models RENAME TO models1;");

@@ -133,11 +133,14 @@ std::optional<SyncState> ReadSyncState(const fs::path& folder)
 
 SyncState SyncStateOf(const fs::path& folder, const wire::Manifest& manifest)
 {
-    SyncState state{wire::ToHex(wire::RootOf(manifest)), ProjectFile(folder).readChangeCounter(),
-                    StampOf(DatabaseIn(folder)), {}};
+    SyncState state{wire::ToHex(wire::RootOf(manifest)),
+                    ProjectFile(folder).readChangeCounter(),
+                    StampOf(DatabaseIn(folder)),
+                    {}};
     for (const auto& file : manifest.files) {
         if (file.path != wire::projectDatabaseName)
-            state.files.push_back({file.path, StampOf(folder / PathOfUtf8(file.path)), wire::ToHex(file.content)});
+            state.files.push_back(
+                {file.path, StampOf(folder / PathOfUtf8(file.path)), wire::ToHex(file.content)});
     }
     return state;
 }

@@ -27,12 +27,13 @@ bool IsOlder(SQLite::Database& database)
     return SchemaVersionOf(database) < currentSchema;
 }
 
-/// A project's database as it was before its upgrade; there as long as this object, or longer when it could not be put
-/// back.
+/// A project's database as it was before its upgrade; there as long as this object, or longer when it could
+/// not be put back.
 class SafetyCopy
 {
 public:
-    SafetyCopy(SQLite::Database& project, const fs::path& folder) : m_file(fileIn(folder))
+    SafetyCopy(SQLite::Database& project, const fs::path& folder)
+        : m_file(fileIn(folder))
     {
         removeFrom(folder);
         try {

@@ -32,8 +32,8 @@ public:
     virtual ~FolderLock() = default;
 };
 
-/// What the library does to folders and plain files, in one place, so that tests can make any step of it fail.
-/// Every operation throws Failure. Any thread.
+/// What the library does to folders and plain files, in one place, so that tests can make any step of it
+/// fail. Every operation throws Failure. Any thread.
 class Disk
 {
 public:
@@ -42,7 +42,8 @@ public:
     virtual void makeFolder(const std::filesystem::path& folder) = 0; ///< with its parents; may exist already
 
     /// `mode` as in a manifest: 0644 or 0755.
-    [[nodiscard]] virtual std::unique_ptr<OutputFile> create(const std::filesystem::path& file, std::uint32_t mode) = 0;
+    [[nodiscard]] virtual std::unique_ptr<OutputFile> create(const std::filesystem::path& file,
+                                                             std::uint32_t mode) = 0;
 
     /// Renames a file, which may replace another, or a folder, which may not.
     virtual void move(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
@@ -53,7 +54,8 @@ public:
     /// The bytes that may still be written below a folder.
     [[nodiscard]] virtual std::uint64_t room(const std::filesystem::path& folder) = 0;
 
-    /// Null when another process, or another lock of this one, has the folder, or when there is no such folder.
+    /// Null when another process, or another lock of this one, has the folder, or when there is no such
+    /// folder.
     [[nodiscard]] virtual std::unique_ptr<FolderLock> tryLock(const std::filesystem::path& folder) = 0;
 };
 

@@ -34,7 +34,10 @@ constexpr std::time_t settledSeconds = 10;
 class Descriptor
 {
 public:
-    explicit Descriptor(int number) : m_number(number) {}
+    explicit Descriptor(int number)
+        : m_number(number)
+    {
+    }
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
     ~Descriptor()
@@ -92,15 +95,19 @@ private:
 class LocalFolderLock final : public FolderLock
 {
 public:
-    explicit LocalFolderLock(int descriptor) : m_folder(descriptor) {}
+    explicit LocalFolderLock(int descriptor)
+        : m_folder(descriptor)
+    {
+    }
 
     /// Takes the lock, and looks that the folder was not removed between opening and locking it.
     [[nodiscard]] bool take(const fs::path& folder) const
     {
         struct stat locked = {};
         struct stat named = {};
-        return ::flock(m_folder.number(), LOCK_EX | LOCK_NB) == 0 && ::fstat(m_folder.number(), &locked) == 0 &&
-               ::stat(folder.c_str(), &named) == 0 && locked.st_ino == named.st_ino && locked.st_dev == named.st_dev;
+        return ::flock(m_folder.number(), LOCK_EX | LOCK_NB) == 0 &&
+               ::fstat(m_folder.number(), &locked) == 0 && ::stat(folder.c_str(), &named) == 0 &&
+               locked.st_ino == named.st_ino && locked.st_dev == named.st_dev;
     }
 
 private:

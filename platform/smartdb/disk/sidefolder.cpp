@@ -122,7 +122,8 @@ std::vector<std::string> ProjectGuids(const fs::path& dataFolder)
 }
 
 SideFolder::SideFolder(std::shared_ptr<Disk> disk, fs::path dataFolder)
-    : m_disk(std::move(disk)), m_dataFolder(std::move(dataFolder))
+    : m_disk(std::move(disk))
+    , m_dataFolder(std::move(dataFolder))
 {
     m_disk->makeFolder(m_dataFolder);
     SweepSides(*m_disk, m_dataFolder);

@@ -11,11 +11,11 @@
 namespace ZRSmartDB
 {
 
-/// A folder beside the projects in which new ones are put together and old ones fall apart, so that a project is seen
-/// whole or not at all.
+/// A folder beside the projects in which new ones are put together and old ones fall apart, so that a project
+/// is seen whole or not at all.
 ///
-/// It goes with this object. What a killed process left is removed when the next one is made: side folders are locked
-/// as long as their process lives. Operations throw Failure.
+/// It goes with this object. What a killed process left is removed when the next one is made: side folders
+/// are locked as long as their process lives. Operations throw Failure.
 class SideFolder
 {
 public:
@@ -29,13 +29,13 @@ public:
     /// The place of a project inside the side folder; not made yet.
     [[nodiscard]] std::filesystem::path folderOf(const std::string& guid) const;
 
-    /// Moves projects from the side folder into the data folder. The last one is the one that the others belong to:
-    /// until it is in place the rest can be taken back, here when a step fails, or by the next side folder when the
-    /// process is killed.
+    /// Moves projects from the side folder into the data folder. The last one is the one that the others
+    /// belong to: until it is in place the rest can be taken back, here when a step fails, or by the next
+    /// side folder when the process is killed.
     void moveIn(const std::vector<std::string>& guids);
 
-    /// Moves projects from the data folder into the side folder, where they go with it. Once begun it will be finished,
-    /// by the next side folder when the process is killed.
+    /// Moves projects from the data folder into the side folder, where they go with it. Once begun it will be
+    /// finished, by the next side folder when the process is killed.
     void takeOut(const std::vector<std::string>& guids);
 
 private:

@@ -65,8 +65,11 @@ void RequireProjectFiles(const wire::Manifest& manifest)
     const auto isStrange = [](const wire::FileEntry& file) { return !wire::IsProjectFile(file.path); };
     const auto strange = std::find_if(manifest.files.begin(), manifest.files.end(), isStrange);
     if (strange != manifest.files.end())
-        throw Failure(http::faultcode::badReply, "the project server named a file that is none of a project: " + strange->path);
-    const auto isDatabase = [](const wire::FileEntry& file) { return file.path == wire::projectDatabaseName; };
+        throw Failure(http::faultcode::badReply,
+                      "the project server named a file that is none of a project: " + strange->path);
+    const auto isDatabase = [](const wire::FileEntry& file) {
+        return file.path == wire::projectDatabaseName;
+    };
     if (std::none_of(manifest.files.begin(), manifest.files.end(), isDatabase))
         throw Failure(http::faultcode::badReply, "the project server named a project without a database");
 }
@@ -87,7 +90,10 @@ void RequireRoom(Disk& disk, const fs::path& folder, const wire::Manifest& manif
 } // namespace
 
 Download::Download(http::Client& client, std::shared_ptr<Disk> disk, fs::path dataFolder)
-    : m_client(client), m_disk(std::move(disk)), m_dataFolder(std::move(dataFolder)), m_side(m_disk, m_dataFolder)
+    : m_client(client)
+    , m_disk(std::move(disk))
+    , m_dataFolder(std::move(dataFolder))
+    , m_side(m_disk, m_dataFolder)
 {
 }
 
@@ -126,7 +132,8 @@ void Download::fetch(const std::string& guid)
     RequireRoom(*m_disk, folder, manifest);
     fetchFiles(guid, manifest);
     if (GuidOf(ProjectFile(folder).readGuid()) != GuidOf(guid))
-        throw Failure(http::faultcode::badReply, "the project server sent another project than the one asked for");
+        throw Failure(http::faultcode::badReply,
+                      "the project server sent another project than the one asked for");
     WriteSyncState(*m_disk, folder, SyncStateOf(folder, manifest));
     m_fetched.push_back(guid);
 }
@@ -148,8 +155,9 @@ wire::Digest Download::fetchHead(const std::string& guid)
 
 wire::Manifest Download::fetchManifest(const std::string& guid, const wire::Digest& root)
 {
-    const auto reply = Send(
-        m_client, {.path = RevisionPath(guid, root), .timeout = manifestTime, .largestReply = largestManifest});
+    const auto reply =
+        Send(m_client,
+             {.path = RevisionPath(guid, root), .timeout = manifestTime, .largestReply = largestManifest});
     auto decoded = wire::DecodeManifest(reply.body);
     if (const auto* refusal = std::get_if<wire::Refusal>(&decoded))
         throw Failure(http::faultcode::badReply,
@@ -192,7 +200,8 @@ std::vector<std::string> Download::missingModels(const fs::path& projectFolder) 
     return missing;
 }
 
-/// Whatever stands where the project belongs is no project, but it may be all that is left of somebody's work.
+/// Whatever stands where the project belongs is no project, but it may be all that is left of somebody's
+/// work.
 void Download::keepUnreadable(const std::string& guid)
 {
     const auto folder = ProjectFolder(m_dataFolder, guid);

@@ -25,8 +25,8 @@ public:
     /// Client and disk must outlive the download. Throws Failure.
     Download(http::Client& client, std::shared_ptr<Disk> disk, std::filesystem::path dataFolder);
 
-    /// Fetches a project that is not here, with its assigned models when `withModels` is set. Models that are here
-    /// already stay as they are. Throws Failure; then nothing of it is visible.
+    /// Fetches a project that is not here, with its assigned models when `withModels` is set. Models that are
+    /// here already stay as they are. Throws Failure; then nothing of it is visible.
     void run(const std::string& guid, bool withModels);
 
     /// Fetches those models of a project that is here which are not. Throws Failure.

@@ -38,7 +38,10 @@ std::string FilePath(const std::string& serverPath)
 class ArrivingFile
 {
 public:
-    ArrivingFile(Disk& disk, std::filesystem::path file) : m_disk(disk), m_file(std::move(file)), m_half(m_file)
+    ArrivingFile(Disk& disk, std::filesystem::path file)
+        : m_disk(disk)
+        , m_file(std::move(file))
+        , m_half(m_file)
     {
         static std::atomic<unsigned> number = 0;
         m_half += '.' + std::to_string(++number) + ".tmp";
@@ -72,7 +75,10 @@ private:
 } // namespace
 
 NetAccess::NetAccess(http::Client& client, StateTable& states, TaskQueue& queue, std::shared_ptr<Disk> disk)
-    : m_client(client), m_states(states), m_queue(queue), m_disk(std::move(disk))
+    : m_client(client)
+    , m_states(states)
+    , m_queue(queue)
+    , m_disk(std::move(disk))
 {
 }
 
@@ -128,12 +134,13 @@ Concurrency::task<std::wstring> NetAccess::GetStatusByProjId(const ZRSmartFormat
 Concurrency::task<std::wstring> NetAccess::GetProjType(const ZRSmartFormat::SZRFTGuid& guid,
                                                        std::shared_ptr<std::wstring> reply)
 {
-    return start([this, path = "/api/v1/projects/" + http::EncodedName(GuidTextOf(guid)), reply = std::move(reply)] {
-        const auto project = json::parse(fetch(path), nullptr, false);
-        if (!project.is_object() || !project.contains("type") || !project["type"].is_string())
-            throw BadReply("project");
-        *reply = WideOf(project["type"].get<std::string>());
-    });
+    return start(
+        [this, path = "/api/v1/projects/" + http::EncodedName(GuidTextOf(guid)), reply = std::move(reply)] {
+            const auto project = json::parse(fetch(path), nullptr, false);
+            if (!project.is_object() || !project.contains("type") || !project["type"].is_string())
+                throw BadReply("project");
+            *reply = WideOf(project["type"].get<std::string>());
+        });
 }
 
 void NetAccess::fetchList(const std::string& path, std::wstring& text) const
@@ -152,9 +159,8 @@ Concurrency::task<std::wstring> NetAccess::GetCountryList(std::shared_ptr<std::w
 Concurrency::task<std::wstring> NetAccess::GetAdministrativeRegion(const std::wstring& id,
                                                                    std::shared_ptr<std::wstring> reply)
 {
-    return start([this, path = "/api/v1/regions?parent=" + http::EncodedName(Utf8Of(id)), reply = std::move(reply)] {
-        fetchList(path, *reply);
-    });
+    return start([this, path = "/api/v1/regions?parent=" + http::EncodedName(Utf8Of(id)),
+                  reply = std::move(reply)] { fetchList(path, *reply); });
 }
 
 Concurrency::task<std::wstring> NetAccess::CanAppIdUpload(const std::wstring& appId)
@@ -163,7 +169,8 @@ Concurrency::task<std::wstring> NetAccess::CanAppIdUpload(const std::wstring& ap
         // An account without applications has no say of theirs to wait for.
         if (id.empty())
             return;
-        const auto permission = json::parse(fetch("/api/v1/applications/" + http::EncodedName(id) + "/upload"), nullptr, false);
+        const auto permission =
+            json::parse(fetch("/api/v1/applications/" + http::EncodedName(id) + "/upload"), nullptr, false);
         if (!permission.is_object() || !permission.contains("allowed") || !permission["allowed"].is_boolean())
             throw BadReply("permission");
         if (permission["allowed"].get<bool>())
@@ -180,7 +187,8 @@ Concurrency::task<std::wstring> NetAccess::DownloadFileAry(const std::vector<std
 {
     return start([this, serverPaths, localPaths] {
         if (serverPaths.size() != localPaths.size())
-            throw Failure(localcode::badInput, "each file needs one path on the server and one on this machine");
+            throw Failure(localcode::badInput,
+                          "each file needs one path on the server and one on this machine");
         for (std::size_t i = 0; i < serverPaths.size(); ++i)
             fetchFile(Utf8Of(serverPaths[i]), PathOf(localPaths[i]));
     });

@@ -13,8 +13,8 @@
 namespace ZRSmartDB
 {
 
-/// The server queries of the contract. What it is given must outlive it; the queue must be stopped before any of that
-/// goes.
+/// The server queries of the contract. What it is given must outlive it; the queue must be stopped before any
+/// of that goes.
 class NetAccess final : public CZRDBNetAccess
 {
 public:

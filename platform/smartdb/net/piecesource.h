@@ -33,15 +33,16 @@ private:
     std::vector<Packet> m_packets;
 };
 
-/// Fetches one batch of pieces by a thread of its own and checks each piece against its name before it gives it on. A
-/// connection that breaks is tried again from the first piece that is missing.
+/// Fetches one batch of pieces by a thread of its own and checks each piece against its name before it gives
+/// it on. A connection that breaks is tried again from the first piece that is missing.
 ///
 /// It never holds more than its batch.
 class PieceSource
 {
 public:
     /// `path` is the request's path. Client, manifest and pool must outlive the source.
-    PieceSource(http::Client& client, std::string path, const wire::Manifest& manifest, Batch batch, PacketPool& pool);
+    PieceSource(http::Client& client, std::string path, const wire::Manifest& manifest, Batch batch,
+                PacketPool& pool);
     PieceSource(const PieceSource&) = delete;
     PieceSource& operator=(const PieceSource&) = delete;
     /// Gives up what has not come yet.

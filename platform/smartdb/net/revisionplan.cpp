@@ -41,7 +41,9 @@ Batch BatchAfter(const Batch& batch, std::uint32_t count)
     return rest;
 }
 
-BatchCursor::BatchCursor(const wire::Manifest& manifest, Batch batch) : m_manifest(manifest), m_batch(std::move(batch))
+BatchCursor::BatchCursor(const wire::Manifest& manifest, Batch batch)
+    : m_manifest(manifest)
+    , m_batch(std::move(batch))
 {
 }
 

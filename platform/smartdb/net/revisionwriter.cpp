@@ -23,7 +23,9 @@ namespace
 } // namespace
 
 RevisionWriter::RevisionWriter(Disk& disk, const wire::Manifest& manifest, std::filesystem::path folder)
-    : m_disk(disk), m_manifest(manifest), m_folder(std::move(folder))
+    : m_disk(disk)
+    , m_manifest(manifest)
+    , m_folder(std::move(folder))
 {
 }
 
@@ -62,7 +64,8 @@ void RevisionWriter::write(std::span<const std::byte> bytes)
     while (!bytes.empty()) {
         endWholeFiles();
         if (m_index == m_manifest.files.size())
-            throw Failure(http::faultcode::badReply, "the project server sent more data than the project consists of");
+            throw Failure(http::faultcode::badReply,
+                          "the project server sent more data than the project consists of");
         const auto left = m_manifest.files[m_index].size - m_written;
         const auto part = bytes.first(static_cast<std::size_t>(std::min<std::uint64_t>(left, bytes.size())));
         m_output->write(part);

@@ -14,8 +14,8 @@
 namespace ZRSmartDB
 {
 
-/// Writes the files of a revision one after the other from the bytes of all of them in order, and checks each file as a
-/// whole. Operations throw Failure.
+/// Writes the files of a revision one after the other from the bytes of all of them in order, and checks each
+/// file as a whole. Operations throw Failure.
 class RevisionWriter
 {
 public:
@@ -25,8 +25,8 @@ public:
     /// The next bytes of the revision; they may reach over the borders of files.
     void write(std::span<const std::byte> bytes);
 
-    /// To be called when all bytes have been written: makes the empty files at the end, and refuses a revision that is
-    /// not complete.
+    /// To be called when all bytes have been written: makes the empty files at the end, and refuses a
+    /// revision that is not complete.
     void finish();
 
 private:
@@ -37,7 +37,7 @@ private:
     Disk& m_disk;
     const wire::Manifest& m_manifest;
     const std::filesystem::path m_folder;
-    std::size_t m_index = 0; ///< of the file that comes next or is being written
+    std::size_t m_index = 0;     ///< of the file that comes next or is being written
     std::uint64_t m_written = 0; ///< of that file
     std::unique_ptr<OutputFile> m_output;
     wire::Digester m_digester;
