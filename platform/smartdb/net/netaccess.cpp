@@ -220,13 +220,13 @@ void NetAccess::fetchFile(const std::string& serverPath, const std::filesystem::
 void NetAccess::LoginByToken(const std::wstring& token)
 {
     m_client.setToken(Utf8Of(token));
-    m_states.forget();
+    m_states.startAnew();
 }
 
 void NetAccess::SetCookie(const std::wstring& cookies)
 {
     m_client.setCookies(Utf8Of(cookies));
-    m_states.forget();
+    m_states.startAnew();
 }
 
 } // namespace ZRSmartDB

@@ -101,7 +101,7 @@ void StateTable::expire()
     m_isFresh = false;
 }
 
-void StateTable::forget()
+void StateTable::startAnew()
 {
     const std::lock_guard lock(m_mutex);
     ++m_generation;
@@ -110,6 +110,8 @@ void StateTable::forget()
     m_fault = {};
     m_states.reset();
     m_etag.clear();
+    if (!m_isAsking)
+        ask();
 }
 
 bool StateTable::isFreshFor(Clock::time_point asked) const

@@ -52,8 +52,9 @@ public:
     /// What is known has become old: the next question asks the server.
     void expire();
 
-    /// What is known belongs to somebody else: nothing of it counts any more.
-    void forget();
+    /// What is known belongs to somebody else and does not count any more. Begins to ask at once, so that the
+    /// first question finds an answer.
+    void startAnew();
 
 private:
     using Clock = std::chrono::steady_clock;
