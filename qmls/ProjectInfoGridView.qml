@@ -50,7 +50,6 @@ GridView {
     }
 
     anchors.fill: parent
-    anchors.margins: 1
     cellWidth: cW + spacing
     cellHeight: cH + spacing
     clip: true

@@ -114,6 +114,24 @@ Item {
         return null
     }
 
+    /// The first item below `from` that is to be seen and shows this text, or null.
+    function findTextIn(from, text) {
+        if (!from.visible)
+            return null
+        if (from.text === text)
+            return from
+        for (let i = 0; i < from.children.length; ++i) {
+            const found = home.findTextIn(from.children[i], text)
+            if (found !== null)
+                return found
+        }
+        return null
+    }
+
+    function findText(text) {
+        return home.findTextIn(home.Window.contentItem, text)
+    }
+
     /// The same in the whole window: boxes, lists and tool tips lie over the screens, not in them.
     function findShown(name) {
         return home.find(home.Window.contentItem, name)
