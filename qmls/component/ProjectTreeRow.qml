@@ -39,10 +39,6 @@ Item {
         border.color: root.isMarked ? EConfig.ePressedBorderColor
                                     : root.isHovered ? EConfig.eHoverBorderColor : EConfig.eBackGround
 
-        HoverHandler {
-            id: hoverHandler
-        }
-
         MouseArea {
             id: mouseArea
 
@@ -61,6 +57,11 @@ Item {
             onDoubleClicked: {
                 if (!styleData.hasChildren && !root.isDepartment)
                     root.projectDoubleClicked(txtName.rowIdentifier)
+            }
+
+            // Within the area: one below it would never see the pointer.
+            HoverHandler {
+                id: hoverHandler
             }
         }
 
