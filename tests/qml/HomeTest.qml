@@ -97,6 +97,7 @@ Item {
         leftPanelModel.bimProjCount = 5
         leftPanelModel.sceneProjCount = 2
         home.calls = []
+        screens.listen()
         screens.takeInfos()
     }
 

@@ -42,12 +42,23 @@ void TakeLine(QtMsgType type, const QMessageLogContext& context, const QString& 
         earlierHandler(type, context, text);
 }
 
+/// The test library puts its own handler in place when the first test begins, so this is called again and
+/// again.
+void Listen()
+{
+    const QtMessageHandler current = qInstallMessageHandler(TakeLine);
+    if (current != TakeLine)
+        earlierHandler = current;
+}
+
 class Screens : public QObject
 {
     Q_OBJECT
 
 public:
     using QObject::QObject;
+
+    Q_INVOKABLE void listen() { Listen(); }
 
     Q_INVOKABLE QStringList takeWarnings() { return std::exchange(warnings, {}); }
     Q_INVOKABLE QStringList takeInfos() { return std::exchange(infos, {}); }
@@ -56,6 +67,17 @@ public:
     {
         auto* cards = new TorvoEditor::CGridViewListModel(this);
         new QAbstractItemModelTester(cards, cards);
+        return cards;
+    }
+
+    /// Many cards at once. The tester, which looks at every row after each change, stays away.
+    Q_INVOKABLE QObject* makeManyCards(int count)
+    {
+        auto* cards = new TorvoEditor::CGridViewListModel(this);
+        for (int number = 0; number < count; ++number) {
+            addCard(cards, {{QStringLiteral("guid"), QStringLiteral("g%1").arg(number)},
+                            {QStringLiteral("name"), QStringLiteral("工程%1").arg(number)}});
+        }
         return cards;
     }
 
@@ -151,7 +173,6 @@ class Setup : public QObject
 public slots:
     void qmlEngineAvailable(QQmlEngine* engine)
     {
-        earlierHandler = qInstallMessageHandler(TakeLine);
         qmlRegisterType<TorvoEditor::CGridViewData>("myData.CGridViewData", 1, 0, "CGridViewData");
         qmlRegisterAnonymousType<XHUTILITY::CSortTreeModel>("XHUtility", 1);
         engine->rootContext()->setContextProperty(QStringLiteral("screens"), new Screens(engine));

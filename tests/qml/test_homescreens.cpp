@@ -260,7 +260,8 @@ private slots:
         home.click(QStringLiteral("searchBox"));
         for (const char letter : {'a', 'b', 'c'})
             QTest::keyClick(home.window.get(), letter);
-        QTRY_COMPARE(home.item(QStringLiteral("searchBox"))->property("text").toString(), QStringLiteral("abc"));
+        QTRY_COMPARE(home.item(QStringLiteral("searchBox"))->property("text").toString(),
+                     QStringLiteral("abc"));
         home.draw();
         Mgr<CEditorControl>().reflushProjTree();
         home.draw();

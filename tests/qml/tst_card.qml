@@ -36,6 +36,7 @@ HomeTest {
         readonly property var buttonNames: ["delBtn", "uploadBtn", "updateBtn", "serviceBtn", "proInfoBtn"]
 
         function initTestCase() {
+            screens.listen()
             model = screens.makeCards()
         }
 
@@ -180,7 +181,7 @@ HomeTest {
             ignoreWarning(/Cannot open/)
             make({ imag: "file:///nowhere/picture.jpg" })
             tryCompare(part("picture"), "status", Image.Error)
-            screens.takeWarnings()
+            compare(screens.takeWarnings().length, 1)
             compare(part("nameText").text, "小楼")
         }
 
@@ -236,7 +237,7 @@ HomeTest {
 
         function test_theButtonsStandFromRightToLeft() {
             serviceConvertMgr.isVisible = true
-            waitForRendering(card)
+            waitForItemPolished(part("delBtn").parent)
             let right = 215
             for (const name of ["delBtn", "uploadBtn", "updateBtn", "kyvconvertBtn", "serviceBtn", "proInfoBtn"]) {
                 const button = part(name)
@@ -249,7 +250,7 @@ HomeTest {
 
         function test_aHiddenButtonLeavesNoGap() {
             editorControl.isBimSdk = true
-            waitForRendering(card)
+            waitForItemPolished(part("delBtn").parent)
             compare(place("proInfoBtn").x + 28, place("updateBtn").x)
         }
 
@@ -310,7 +311,7 @@ HomeTest {
 
         function test_eachButtonTellsTheGuid(row) {
             serviceConvertMgr.isVisible = true
-            waitForRendering(card)
+            waitForItemPolished(part("delBtn").parent)
             mouseClick(part(row.tag))
             compare(home.takeCalls(), [row.call])
         }
@@ -350,7 +351,7 @@ HomeTest {
             tab.tabList = row.tabs
             home.data.dealState = row.deal
             serviceConvertMgr.isVisible = true
-            waitForRendering(card)
+            waitForItemPolished(part("delBtn").parent)
             for (const name of buttonNames.concat(["kyvconvertBtn"])) {
                 compare(part(name).enabled, false, name)
                 mouseClick(part(name))

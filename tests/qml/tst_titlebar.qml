@@ -114,7 +114,7 @@ HomeTest {
 
         function test_tabsAre270WideUpToFour(row) {
             tab.tabList = row.tabs
-            waitForRendering(bar)
+            waitForItemPolished(button("tabListView"))
             for (const name of row.tabs)
                 compare(button("tab_" + name).width, 270)
         }
@@ -495,7 +495,7 @@ HomeTest {
         function test_tabGoesThroughTheBarFromLeftToRight() {
             tab.tabList = ["a"]
             tab.currentTab = "a"
-            waitForRendering(bar)
+            waitForItemPolished(button("tabListView"))
             button("mainPageBtn").forceActiveFocus(Qt.TabFocusReason)
             for (const name of ["tab_a", "tabCloseBtn", "helpBtn", "consoleBtn", "versionBtn", "minimizeBtn", "maximizeBtn",
                                 "closeBtn"]) {
