@@ -115,11 +115,11 @@ Item {
         return null
     }
 
-    /// The first item below `from` that is to be seen and shows this text, or null.
+    /// The first label below `from` that is to be seen and shows this text, or null.
     function findTextIn(from, text) {
         if (!from.visible)
             return null
-        if (from.text === text)
+        if (from.text === text && from.truncated !== undefined)
             return from
         for (let i = 0; i < from.children.length; ++i) {
             const found = home.findTextIn(from.children[i], text)

@@ -13,6 +13,7 @@
 #include <QAccessibleActionInterface>
 #include <QAccessibleInterface>
 #include <QFile>
+#include <QImage>
 #include <QImageReader>
 #include <QQmlContext>
 #include <QQmlEngine>
@@ -129,6 +130,20 @@ public:
             }
         }
         return missing;
+    }
+
+    /// The share of pixels that one of two pictures of one size draws and the other does not, whatever the
+    /// colours.
+    Q_INVOKABLE double differenceInShape(const QString& one, const QString& other) const
+    {
+        const QImage first(QString(one).replace(QLatin1String("qrc:/"), QLatin1String(":/")));
+        const QImage second(QString(other).replace(QLatin1String("qrc:/"), QLatin1String(":/")));
+        int different = 0;
+        for (int y = 0; y < first.height(); ++y) {
+            for (int x = 0; x < first.width(); ++x)
+                different += (qAlpha(first.pixel(x, y)) > 127) != (qAlpha(second.pixel(x, y)) > 127) ? 1 : 0;
+        }
+        return double(different) / (first.width() * first.height());
     }
 
     /// Role, name and first action of an item as a screen reader gets them.

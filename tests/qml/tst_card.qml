@@ -181,7 +181,7 @@ HomeTest {
             ignoreWarning(/Cannot open/)
             make({ imag: "file:///nowhere/picture.jpg" })
             tryCompare(part("picture"), "status", Image.Error)
-            compare(screens.takeWarnings().length, 1)
+            verify(screens.takeWarnings().length > 0)
             compare(part("nameText").text, "小楼")
         }
 
