@@ -19,6 +19,7 @@ Rectangle {
     Item {
         id: headArea
 
+        objectName: "headArea"
         anchors.left: parent.left
         anchors.leftMargin: 5
         anchors.right: refreshBtn.left
@@ -33,6 +34,7 @@ Rectangle {
         }
 
         EText {
+            objectName: "totalLabel"
             anchors.left: parent.left
             anchors.leftMargin: 10
             anchors.right: totalText.left
@@ -80,12 +82,14 @@ Rectangle {
         width: parent.width
 
         Rectangle {
+            objectName: "upperLine"
             width: parent.width
             height: 1
             color: EConfig.eBorder
         }
 
         Rectangle {
+            objectName: "lowerLine"
             width: parent.width
             height: 1
             color: EConfig.eBorder

@@ -29,6 +29,12 @@ GridView {
         messageBox.open()
     }
 
+    /// A grid with the keyboard has a current card.
+    function placeKeyboard() {
+        if (root.activeFocus && root.currentIndex < 0 && root.count > 0)
+            root.currentIndex = 0
+    }
+
     function askBeforeDelete(guid) {
         root.ask(qsTr("删除工程"), qsTr("删除操作将从工程列表中删除工程。\n请确认后再进行操作！"), function() {
             root.sendDeleteInfo(guid)
@@ -50,7 +56,6 @@ GridView {
     }
 
     anchors.fill: parent
-    anchors.margins: 1
     cellWidth: cW + spacing
     cellHeight: cH + spacing
     clip: true
@@ -61,10 +66,8 @@ GridView {
     cacheBuffer: 700
     highlightFollowsCurrentItem: false
     currentIndex: -1
-    onActiveFocusChanged: {
-        if (activeFocus && currentIndex < 0 && count > 0)
-            currentIndex = 0
-    }
+    onActiveFocusChanged: root.placeKeyboard()
+    onCountChanged: root.placeKeyboard()
     Keys.onReturnPressed: root.currentItem !== null ? root.currentItem.card.open() : event.accepted = false
     Keys.onEnterPressed: root.currentItem !== null ? root.currentItem.card.open() : event.accepted = false
     Keys.onSpacePressed: root.currentItem !== null ? root.currentItem.card.showInfo() : event.accepted = false

@@ -12,9 +12,11 @@ Rectangle {
     property var dataModel: null
     property int currProState: dataModel ? dataModel.stateType : -1
     property int currDealState: dataModel ? dataModel.dealState : CGridViewData.DS_NonState
-    property int count: 0
     property var opendList: tab.tabList
     property bool tabOpened: dataModel ? opendList.indexOf(dataModel.guid) !== -1 : false
+    /// Where the arrow of an upload starts, and how far the line below the picture is, in thousandths.
+    property alias yPos: motion.yPos
+    property alias count: motion.count
     readonly property var sourceList: [
         "qrc:/images/state_ic_unmatched.png",
         "qrc:/images/state_ic_matched.png",
@@ -89,6 +91,7 @@ Rectangle {
     Item {
         id: iconItem
 
+        objectName: "iconItem"
         width: parent.width
         height: 108
         clip: true
@@ -97,6 +100,7 @@ Rectangle {
         Image {
             id: picture
 
+            objectName: "picture"
             anchors.centerIn: parent
             width: parent.width
             height: parent.height
@@ -147,6 +151,7 @@ Rectangle {
     }
 
     Image {
+        objectName: "typeIcon"
         x: 6
         y: 6
         source: root.dataModel && root.dataModel.typeImag ? root.dataModel.typeImag : ""
@@ -162,6 +167,7 @@ Rectangle {
     Item {
         id: titleRow
 
+        objectName: "titleRow"
         anchors.left: parent.left
         anchors.leftMargin: 9
         anchors.right: parent.right
@@ -229,9 +235,12 @@ Rectangle {
         anchors.verticalCenter: buttons.verticalCenter
         color: EConfig.tipTextColor
         font.pixelSize: 12
+        // Beside six buttons there is room for two of the three signs, which say the same.
+        width: Math.min(implicitWidth, buttons.x + 6 - x)
+        wrapMode: Text.WrapAnywhere
+        maximumLineCount: 1
         text: qsTr("转化中")
-        // With all six buttons there is no room beside the picture, which then speaks alone.
-        visible: root.tipText !== "" && x + width <= buttons.x
+        visible: root.tipText !== ""
     }
 
     CardButtons {
@@ -254,6 +263,7 @@ Rectangle {
     CardUpgrade {
         id: upgradeCover
 
+        objectName: "upgradeCover"
         anchors.fill: parent
         isUpgrade: root.dataModel ? root.dataModel.isUpgrade : false
         visible: root.dataModel ? root.dataModel.needUpgrade && root.currDealState === CGridViewData.DS_NonState : false

@@ -56,6 +56,7 @@ Item {
         Rectangle {
             id: proInfoContainer
 
+            objectName: "proInfoContainer"
             anchors.left: treePanel.right
             anchors.right: parent.right
             height: parent.height

@@ -96,6 +96,7 @@ Item {
             Image {
                 id: uploadImageBelow
 
+                objectName: "uploadImageBelow"
                 y: uploadImage.y + uploadImage.height
                 source: "qrc:/images/upload2.png"
                 visible: false
@@ -106,6 +107,7 @@ Item {
     Rectangle {
         id: splitLine
 
+        objectName: "splitLine"
         y: 108
         width: parent.width
         height: 1
@@ -132,6 +134,7 @@ Item {
     NumberAnimation {
         id: downloadAnimationId
 
+        objectName: "downloadAnimationId"
         target: uploadImage
         property: "y"
         from: root.yPos
@@ -144,6 +147,7 @@ Item {
     NumberAnimation {
         id: uploadAnimationId
 
+        objectName: "uploadAnimationId"
         target: uploadImage
         property: "y"
         from: root.yPos
@@ -156,6 +160,7 @@ Item {
     RotationAnimation {
         id: updateAnimationId
 
+        objectName: "updateAnimationId"
         target: updateImage
         from: 0
         to: 180
@@ -168,6 +173,7 @@ Item {
     PropertyAnimation {
         id: uploadUnVisibleId
 
+        objectName: "uploadUnVisibleId"
         targets: [uploadImage, uploadImageBelow]
         property: "visible"
         to: false
@@ -178,6 +184,7 @@ Item {
     PropertyAnimation {
         id: updateUnVisibleId
 
+        objectName: "updateUnVisibleId"
         target: updateImage
         property: "visible"
         to: false
@@ -188,6 +195,7 @@ Item {
     Timer {
         id: timerId
 
+        objectName: "timerId"
         interval: 20
         repeat: true
         triggeredOnStart: true

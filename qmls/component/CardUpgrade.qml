@@ -12,12 +12,14 @@ Item {
     signal upgradeClick()
 
     Rectangle {
+        objectName: "upgradeGround"
         anchors.fill: parent
         color: EConfig.eGridBackGround
         opacity: 0.8
     }
 
     EText {
+        objectName: "upgradeText"
         anchors.centerIn: parent
         color: EConfig.eTextHighColor
         font.pixelSize: EConfig.textPixelSizeLarge
@@ -28,6 +30,7 @@ Item {
     EText {
         id: upgradingText
 
+        objectName: "upgradingText"
         anchors.centerIn: parent
         color: EConfig.eTextHighColor
         font.pixelSize: EConfig.textPixelSizeLarge

@@ -29,6 +29,7 @@ Item {
     Rectangle {
         id: ground
 
+        objectName: "ground"
         anchors.fill: parent
         anchors.rightMargin: 10
         anchors.topMargin: 6
@@ -37,10 +38,6 @@ Item {
         border.width: 1
         border.color: root.isMarked ? EConfig.ePressedBorderColor
                                     : root.isHovered ? EConfig.eHoverBorderColor : EConfig.eBackGround
-
-        HoverHandler {
-            id: hoverHandler
-        }
 
         MouseArea {
             id: mouseArea
@@ -58,16 +55,20 @@ Item {
             hoverEnabled: true
             onClicked: mouseArea.take()
             onDoubleClicked: {
-                if (styleData.hasChildren)
-                    root.tree.toggle(styleData.index)
-                else if (!root.isDepartment)
+                if (!styleData.hasChildren && !root.isDepartment)
                     root.projectDoubleClicked(txtName.rowIdentifier)
+            }
+
+            // Within the area: one below it would never see the pointer.
+            HoverHandler {
+                id: hoverHandler
             }
         }
 
         Image {
             id: headerImg
 
+            objectName: "headerImg"
             anchors.left: parent.left
             anchors.leftMargin: root.tree.leftPaddingOffset * (styleData.depth + 1)
             anchors.verticalCenter: parent.verticalCenter
@@ -77,6 +78,7 @@ Item {
         EText {
             id: txtName
 
+            objectName: "txtName"
             property string rowIdentifier: root.value.text2 || ""
 
             anchors.left: headerImg.right
@@ -104,8 +106,9 @@ Item {
             Image {
                 id: stateImg
 
-                x: 1
-                y: 1
+                objectName: "stateImg"
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
                 source: root.value.image2 || ""
                 visible: !styleData.hasChildren
             }
@@ -113,6 +116,9 @@ Item {
             Image {
                 id: branchImage
 
+                objectName: "branchImage"
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
                 source: styleData.isExpanded ? root.tree.downImg : root.tree.rightImg
                 visible: styleData.hasChildren
             }
@@ -121,6 +127,7 @@ Item {
         EToolTip {
             id: tip
 
+            objectName: "tip"
             delay: 300
             pixelSize: 14
             text: root.name

@@ -31,6 +31,7 @@ Item {
     }
 
     EText {
+        objectName: "dialogTitle"
         anchors.left: parent.left
         anchors.leftMargin: 16
         anchors.right: closeBtn.left

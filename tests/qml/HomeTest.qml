@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+import QtQuick 2.15
+import QtQuick.Window 2.15
+
+/// The surroundings of a screen under test: what the managers publish, as stand-ins that write down what is called.
+/// The names are those of the context properties.
+Item {
+    id: home
+
+    property alias mainRoot: home
+    property var calls: []
+
+    property QtObject rootView: QtObject {
+        property bool isMaxed: false
+
+        function showMaximized() { home.called("rootView.showMaximized") }
+        function showMinimized() { home.called("rootView.showMinimized") }
+        function showNormal() { home.called("rootView.showNormal") }
+        function changeSize() { home.called("rootView.changeSize") }
+        function move(x, y) { home.called("rootView.move", x, y) }
+        function close(saves) { home.called("rootView.close", saves) }
+        function logout(saves) { home.called("rootView.logout", saves) }
+    }
+
+    property QtObject tabMgr: QtObject {
+        signal dialogShow(bool isShown)
+        signal uploadCountChanged(int count)
+        signal isConvertingChanged(bool converting)
+        signal sigCreateBimProj()
+
+        function openTab(name) { home.called("tabMgr.openTab", name) }
+        function closeTab(name) { home.called("tabMgr.closeTab", name) }
+        function showHelp() { home.called("tabMgr.showHelp") }
+    }
+
+    property QtObject tab: QtObject {
+        property var tabList: []
+        property string currentTab: "main"
+
+        function idConvertToName(id) { return "工程" + id }
+    }
+
+    property QtObject editorControl: QtObject {
+        property int appVer: 1
+        property bool isBimSdk: false
+        property string loginName: "王工"
+
+        function getVersion() { return "V1.2" }
+        function reflushProjTree() { home.called("editorControl.reflushProjTree") }
+        function slotTreeDblClick(guid) { home.called("editorControl.slotTreeDblClick", guid) }
+        function slotProjectDblClick(guid) { home.called("editorControl.slotProjectDblClick", guid) }
+    }
+
+    property QtObject messageBoxMgr: QtObject {
+        signal sigShowTip(string title, string text)
+        signal sigCheckBox(string title, string text)
+
+        function callResultCallBack(result) { home.called("messageBoxMgr.callResultCallBack", result) }
+    }
+
+    property QtObject serviceConvertMgr: QtObject {
+        property bool isVisible: false
+        property bool isUploading: false
+
+        function hasUploadingProj() { return isUploading }
+    }
+
+    property QtObject leftPanelModel: QtObject {
+        property int bimProjCount: 5
+        property int sceneProjCount: 2
+        property var treeModel: null
+
+        function filterTree(type) { home.called("leftPanelModel.filterTree", type) }
+    }
+
+    property QtObject gridViewModel: null
+
+    function called(name, ...values) {
+        home.calls.push(name + "(" + values.join(",") + ")")
+    }
+
+    function takeCalls() {
+        const taken = home.calls
+        home.calls = []
+        return taken
+    }
+
+    /// Everything as it is at first.
+    function reset() {
+        rootView.isMaxed = false
+        tab.tabList = []
+        tab.currentTab = "main"
+        editorControl.appVer = 1
+        editorControl.isBimSdk = false
+        serviceConvertMgr.isVisible = false
+        serviceConvertMgr.isUploading = false
+        leftPanelModel.bimProjCount = 5
+        leftPanelModel.sceneProjCount = 2
+        home.calls = []
+        screens.listen()
+        screens.takeInfos()
+    }
+
+    /// The first item of this name that is to be seen below `from`, or null.
+    function find(from, name) {
+        if (!from.visible)
+            return null
+        if (from.objectName === name)
+            return from
+        for (let i = 0; i < from.children.length; ++i) {
+            const found = home.find(from.children[i], name)
+            if (found !== null)
+                return found
+        }
+        return null
+    }
+
+    /// The first label below `from` that is to be seen and shows this text, or null.
+    function findTextIn(from, text) {
+        if (!from.visible)
+            return null
+        if (from.text === text && from.truncated !== undefined)
+            return from
+        for (let i = 0; i < from.children.length; ++i) {
+            const found = home.findTextIn(from.children[i], text)
+            if (found !== null)
+                return found
+        }
+        return null
+    }
+
+    function findText(text) {
+        return home.findTextIn(home.Window.contentItem, text)
+    }
+
+    /// The same in the whole window: boxes, lists and tool tips lie over the screens, not in them.
+    function findShown(name) {
+        return home.find(home.Window.contentItem, name)
+    }
+
+    width: 1360
+    height: 860
+}

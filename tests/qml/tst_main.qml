@@ -1,0 +1,289 @@
+// SPDX-License-Identifier: MIT
+import QtQuick 2.15
+import QtTest 1.15
+import "qrc:/EditorCommon/qmls/Config"
+
+HomeTest {
+    id: home
+
+    Loader {
+        id: loader
+
+        width: home.width
+        height: home.height
+    }
+
+    TestCase {
+        name: "main"
+        when: windowShown
+
+        property var main: null
+
+        function initTestCase() {
+            screens.listen()
+            home.gridViewModel = screens.makeCards()
+            leftPanelModel.treeModel = screens.makeTree([{ text1: "甲楼", text2: "a" }])
+            loader.source = "qrc:/qmls/main.qml"
+            main = loader.item
+            verify(main !== null)
+        }
+
+        function init() {
+            home.reset()
+            mouseMove(home, 1300, 850)
+            gridViewModel.clear()
+            screens.addCard(gridViewModel, { guid: "g1", name: "小楼" })
+            tryVerify(function() { return home.find(main, "card_g1") !== null })
+            waitForItemPolished(part("delBtn").parent)
+        }
+
+        function cleanup() {
+            compare(screens.takeWarnings(), [])
+        }
+
+        function part(name) {
+            const found = findChild(main, name)
+            verify(found !== null, name)
+            return found
+        }
+
+        function click(name) {
+            mouseClick(part(name))
+        }
+
+        function waitForBox() {
+            tryVerify(function() { return home.findShown("yesBtn") !== null && home.findShown("yesBtn").activeFocus })
+        }
+
+        function waitForNoBox() {
+            tryVerify(function() { return home.findShown("yesBtn") === null })
+        }
+
+        function test_aWarningOfAScreenIsSeen() {
+            console.warn("seen")
+            compare(screens.takeWarnings(), ["seen"])
+        }
+
+        // Layout.
+
+        function test_thePartsStandWhereTheTabsExpectThem_data() {
+            return [
+                { tag: "titleRect", x: 0, y: 0, width: 1360, height: 34 },
+                { tag: "contentRect", x: 0, y: 34, width: 1360, height: 826 },
+                { tag: "treePanel", x: 0, y: 34, width: 270, height: 826 },
+                { tag: "proInfoContainer", x: 270, y: 34, width: 1090, height: 826 },
+                { tag: "proInfoGridView", x: 270, y: 34, width: 1090, height: 826 }
+            ]
+        }
+
+        function test_thePartsStandWhereTheTabsExpectThem(row) {
+            const item = part(row.tag)
+            compare(main.mapFromItem(item, 0, 0).x, row.x)
+            compare(main.mapFromItem(item, 0, 0).y, row.y)
+            compare(item.width, row.width)
+            compare(item.height, row.height)
+        }
+
+        function test_theScreenHasASizeOfItsOwn() {
+            const alone = createTemporaryObject(Qt.createComponent("qrc:/qmls/main.qml"), home, { visible: false })
+            compare(alone.width, 1360)
+            compare(alone.height, 860)
+        }
+
+        function test_theContentFollowsTheWindow() {
+            loader.width = 1000
+            loader.height = 500
+            compare(part("contentRect").width, 1000)
+            compare(part("contentRect").height, 466)
+            compare(part("proInfoGridView").width, 730)
+            loader.width = home.width
+            loader.height = home.height
+        }
+
+        function test_thePartsShowTheirModels() {
+            compare(part("proInfoGridView").model, gridViewModel)
+            compare(part("treePanel").panelModel, leftPanelModel)
+            compare(part("treePanel").color, EConfig.eBackGround)
+            compare(part("proInfoContainer").color, EConfig.eGlobalBackGround)
+            compare(part("proInfoContainer").border.width, 1)
+            compare(part("proInfoContainer").border.color, EConfig.eBorder)
+        }
+
+        // Actions.
+
+        function test_aDoubleClickOnACardReachesTheController() {
+            mouseDoubleClickSequence(part("pictureArea"))
+            compare(home.takeCalls(), ["editorControl.slotProjectDblClick(g1)"])
+        }
+
+        function notYet(action, guid) {
+            compare(screens.takeInfos(), ["main.qml: no manager takes " + action + " " + guid])
+            compare(home.takeCalls(), [])
+        }
+
+        function test_buttonsOfLaterVersionsLogOneLineAndShowNothing_data() {
+            return [
+                { tag: "proInfoBtn", action: "infoCardCtrl.showProjectInfo", guid: "g1" },
+                { tag: "serviceBtn", action: "editorControl.openWebProj", guid: "g1" },
+                { tag: "kyvconvertBtn", action: "serviceConvertMgr.checkServiceConvert", guid: "g1" },
+                { tag: "consoleBtn", action: "editorControl.openWebConsole", guid: "" },
+                { tag: "createBtn", action: "newProDialog.open", guid: "" }
+            ]
+        }
+
+        function test_buttonsOfLaterVersionsLogOneLineAndShowNothing(row) {
+            serviceConvertMgr.isVisible = true
+            waitForItemPolished(part("delBtn").parent)
+            screens.takeInfos()
+            click(row.tag)
+            notYet(row.action, row.guid)
+            compare(home.findShown("yesBtn"), null)
+        }
+
+        function test_confirmedActionsOfLaterVersionsLogOneLine_data() {
+            return [
+                { tag: "delBtn", action: "editorControl.slotRemoveProject" },
+                { tag: "updateBtn", action: "editorControl.slotSyncProject" },
+                { tag: "uploadBtn", action: "editorControl.slotUploadProject" }
+            ]
+        }
+
+        function test_confirmedActionsOfLaterVersionsLogOneLine(row) {
+            click(row.tag)
+            waitForBox()
+            screens.takeInfos()
+            mouseClick(home.findShown("yesBtn"))
+            compare(screens.takeInfos().filter(function(line) { return line.indexOf("main.qml") === 0 }),
+                    ["main.qml: no manager takes " + row.action + " g1"])
+            waitForNoBox()
+        }
+
+        function test_anUpgradeLogsOneLine() {
+            gridViewModel.getDataByGuid("g1").needUpgrade = true
+            screens.takeInfos()
+            mouseClick(home.find(main, "card_g1"))
+            notYet("editorControl.upgradeProj", "g1")
+        }
+
+        function test_aClickInTheTreeLogsOneLine() {
+            screens.takeInfos()
+            tryVerify(function() { return home.find(main, "treeRow_a") !== null })
+            mouseClick(home.find(main, "treeRow_a"), 60, 20)
+            let lines = []
+            tryVerify(function() { lines = lines.concat(screens.takeInfos()); return lines.length > 0 })
+            compare(lines, ["main.qml: no manager takes infoCardCtrl.showProjectInfo a"])
+        }
+
+        function test_aChildThatWantsANewBuildingLogsOneLine() {
+            screens.takeInfos()
+            tabMgr.sigCreateBimProj()
+            notYet("newProDialog.openBimProj", "")
+        }
+
+        // Messages.
+
+        function test_aTipHasOneButtonAndAnswersYes() {
+            messageBoxMgr.sigShowTip("提示", "工程正在上传中!")
+            waitForBox()
+            compare(home.findShown("dialogTitle").text, "提示")
+            compare(home.findShown("messageText").text, "工程正在上传中!")
+            compare(home.findShown("noBtn"), null)
+            mouseClick(home.findShown("yesBtn"))
+            compare(home.takeCalls(), ["messageBoxMgr.callResultCallBack(true)"])
+            waitForNoBox()
+        }
+
+        function test_aQuestionHasTwoButtons_data() {
+            return [{ tag: "yesBtn", answer: "true" }, { tag: "noBtn", answer: "false" }]
+        }
+
+        function test_aQuestionHasTwoButtons(row) {
+            messageBoxMgr.sigCheckBox("提示", "是否继续?")
+            waitForBox()
+            compare(home.findShown("dialogTitle").text, "提示")
+            compare(home.findShown("messageText").text, "是否继续?")
+            compare(home.findShown("noBtn").text, "取消")
+            mouseClick(home.findShown(row.tag))
+            compare(home.takeCalls(), ["messageBoxMgr.callResultCallBack(" + row.answer + ")"])
+            waitForNoBox()
+        }
+
+        function test_aMessageTakesThePlaceOfTheOneThatIsShown() {
+            messageBoxMgr.sigCheckBox("一", "第一")
+            waitForBox()
+            messageBoxMgr.sigShowTip("二", "第二")
+            tryVerify(function() { return home.findShown("yesBtn") !== null && home.findShown("noBtn") === null })
+            compare(home.findShown("dialogTitle").text, "二")
+            compare(home.findShown("messageText").text, "第二")
+            messageBoxMgr.sigCheckBox("三", "第三")
+            tryVerify(function() { return home.findShown("noBtn") !== null })
+            compare(home.findShown("messageText").text, "第三")
+            compare(home.takeCalls(), [])
+            waitForBox()
+            keyClick(Qt.Key_Return)
+            compare(home.takeCalls(), ["messageBoxMgr.callResultCallBack(true)"])
+            waitForNoBox()
+        }
+
+        function test_escapeAnswersNoToAQuestionAndYesToATip_data() {
+            return [{ tag: "question", asks: true, answer: "false" }, { tag: "tip", asks: false, answer: "true" }]
+        }
+
+        function test_escapeAnswersNoToAQuestionAndYesToATip(row) {
+            if (row.asks)
+                messageBoxMgr.sigCheckBox("提示", "x")
+            else
+                messageBoxMgr.sigShowTip("提示", "x")
+            waitForBox()
+            keyClick(Qt.Key_Escape)
+            compare(home.takeCalls(), ["messageBoxMgr.callResultCallBack(" + row.answer + ")"])
+            waitForNoBox()
+        }
+
+        function test_aMessageIsNoMarkupButBreaksLines() {
+            messageBoxMgr.sigShowTip("提示", "<b>a</b><br/>b\nc")
+            waitForBox()
+            compare(home.findShown("messageText").text, "<b>a</b>\nb\nc")
+            compare(home.findShown("messageText").textFormat, Text.PlainText)
+            keyClick(Qt.Key_Return)
+            waitForNoBox()
+        }
+
+        function test_whileAMessageIsShownTheScreenBehindTakesNoClick() {
+            messageBoxMgr.sigShowTip("提示", "x")
+            waitForBox()
+            mouseDoubleClickSequence(part("pictureArea"))
+            compare(home.takeCalls(), [])
+            keyClick(Qt.Key_Return)
+            waitForNoBox()
+        }
+
+        function test_aMessageMovesWithItsTitle() {
+            messageBoxMgr.sigShowTip("提示", "x")
+            waitForBox()
+            const title = home.findShown("dialogTitle").parent
+            const before = home.mapFromItem(title, 0, 0)
+            mousePress(title, 30, 10)
+            mouseMove(title, 50, 25, -1, Qt.LeftButton)
+            mouseRelease(title, 50, 25)
+            const after = home.mapFromItem(home.findShown("dialogTitle").parent, 0, 0)
+            verify(after.x > before.x && after.y > before.y)
+            keyClick(Qt.Key_Return)
+            waitForNoBox()
+        }
+
+        function test_theKeyboardStaysInTheBox() {
+            messageBoxMgr.sigCheckBox("提示", "x")
+            waitForBox()
+            for (let i = 0; i < 6; ++i) {
+                keyClick(Qt.Key_Tab)
+                const focused = ["yesBtn", "noBtn", "dialogCloseBtn"].filter(function(name) {
+                    return home.findShown(name).activeFocus
+                })
+                compare(focused.length, 1)
+            }
+            keyClick(Qt.Key_Escape)
+            waitForNoBox()
+        }
+    }
+}
