@@ -69,7 +69,9 @@ void CIPC::Send(const QString& socketName, const QByteArray& data)
 void CIPC::SendAll(const QByteArray& data)
 {
     const QByteArray frame = MakeFrame(data);
-    for (auto* socket : qAsConst(m_sockets))
+    // Writing to a child that has just died ends its connection, which leaves the table at once.
+    const auto sockets = m_sockets;
+    for (auto* socket : sockets)
         WriteFrame(socket, frame);
 }
 

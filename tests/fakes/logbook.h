@@ -19,7 +19,7 @@ public:
     ~LogBook();
 
     /// The lines since the last call, oldest first, as "debug: text", "info: text", "warning: text".
-    [[nodiscard]] QStringList take();
+    QStringList take();
 
     /// Of the lines that take() would give, those that contain `part`; the book is left as it is.
     [[nodiscard]] QStringList linesWith(const QString& part) const;

@@ -10,11 +10,12 @@ struct Symbol {
     QString name;
 };
 
-/// The symbols that a library defines for others, names as they stand in the source.
+/// The symbols that a library defines for others, names as they stand in the source. The linker keeps some local ones in
+/// the same table, which nobody outside can bind to.
 QList<Symbol> DefinedSymbols(const QString& library)
 {
     QProcess nm;
-    nm.start("nm", {"--dynamic", "--defined-only", "--demangle", library});
+    nm.start("nm", {"--dynamic", "--defined-only", "--extern-only", "--demangle", library});
     if (!nm.waitForFinished() || nm.exitCode() != 0)
         return {};
     QList<Symbol> symbols;
