@@ -7,11 +7,19 @@
 #include <QQmlContext>
 #include <QScreen>
 
+/// A linker leaves the resource of a static library out unless somebody asks for it, which works outside of namespaces
+/// only.
+static void RegisterResource()
+{
+    Q_INIT_RESOURCE(shell);
+}
+
 namespace shell
 {
 
 LoginWindow::LoginWindow(LoginController& controller)
 {
+    RegisterResource();
     setTitle(QStringLiteral("Torvo Home"));
     setFlags(Qt::Window | Qt::FramelessWindowHint);
     rootContext()->setContextProperty(QStringLiteral("loginController"), &controller);

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "road/desktop.h"
+#include "road/homescreen.h"
+#include "shell/host.h"
+
+#include <functional>
+
+#include <QString>
+
+#include <sys/types.h>
+
+/// Walks the road from login to an opened project and back, as a person would, and looks whether each step
+/// happens. After each step: a picture of the screen, and one line of JSON with the step's name and
+/// milliseconds.
+class Check
+{
+public:
+    /// Pictures go to the folder `shots`. The process `server` is the project server that the host of this
+    /// folder talks to.
+    Check(const QString& shots, pid_t server);
+
+    /// True when every step was seen to happen; ends with the first that was not.
+    [[nodiscard]] bool run();
+
+private:
+    using Step = bool (Check::*)();
+
+    [[nodiscard]] bool take(const char* name, Step step);
+    void keepPicture(const QString& name);
+
+    [[nodiscard]] bool showLogin();
+    [[nodiscard]] bool logIn();
+    [[nodiscard]] bool openTree();
+    [[nodiscard]] bool beginDownload();
+    [[nodiscard]] bool finishDownload();
+    [[nodiscard]] bool openProject();
+    [[nodiscard]] bool turnModel();
+    [[nodiscard]] bool goHome();
+    [[nodiscard]] bool closeProject();
+
+    [[nodiscard]] bool isChildInPlace() const;
+
+    QString m_shots;
+    pid_t m_server;
+    int m_number = 0;
+    road::Desktop m_desktop;
+    road::HomeScreen m_home;
+    shell::Host m_host;
+};
