@@ -60,6 +60,13 @@ HomeTest {
         }
 
         EDialogTextBtn {
+            id: primaryBtn
+
+            text: "保存"
+            primary: true
+        }
+
+        EDialogTextBtn {
             id: dialogBtn
 
             text: "确定"
@@ -242,6 +249,15 @@ HomeTest {
             mouseRelease(colorBtn, 5, 5)
             colorBtn.enabled = false
             compare(colorBtn.color, "#040404")
+        }
+
+        function test_thePrimaryButtonStandsOut() {
+            compare(primaryBtn.color, EConfig.eAccent)
+            compare(primaryBtn.textColor, EConfig.eTextHighColor)
+            mouseMove(primaryBtn, 5, 5)
+            tryCompare(primaryBtn, "color", EConfig.eAccentHover)
+            compare(dialogBtn.color, EConfig.eDialogBtn)
+            compare(dialogBtn.textColor, EConfig.eDialogBtnText)
         }
 
         function test_aLongTextOfAButtonIsElided() {
