@@ -252,7 +252,7 @@ Rectangle {
 
         anchors.right: parent.right
         anchors.bottom: parent.bottom
-        anchors.bottomMargin: 5
+        anchors.bottomMargin: 3
         isFree: root.isFree
         isBim: root.dataModel ? root.dataModel.projType === "BIM" : false
         hasKeyboard: root.hasKeyboard && !upgradeCover.visible

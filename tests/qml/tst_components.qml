@@ -118,6 +118,24 @@ HomeTest {
         }
     }
 
+    Item {
+        id: leaving
+
+        EToolTip {
+            id: leavingTip
+
+            delay: 20
+            text: "x"
+        }
+    }
+
+    EToolTip {
+        id: laterTip
+
+        delay: 100
+        text: "后来"
+    }
+
     EMessageBox {
         id: box
 
@@ -440,6 +458,16 @@ HomeTest {
             verify(home.findText("说明") !== null)
             tip.close()
             tryCompare(tip, "opened", false)
+        }
+
+        function test_aToolTipThatWaitsGoesWithItsItem() {
+            leavingTip.open()
+            leaving.parent = null
+            laterTip.open()
+            tryCompare(laterTip, "opened", true)
+            laterTip.close()
+            compare(leavingTip.opened, false)
+            leaving.parent = home
         }
 
         function openBox() {
