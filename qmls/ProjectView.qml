@@ -62,6 +62,11 @@ Rectangle {
             root.sendDelBtn(root.guid)
     }
 
+    function showState() {
+        if (root.currProState >= 0)
+            stateIcon.source = root.sourceList[root.currProState]
+    }
+
     function stateText(state) {
         switch (state) {
         case 0: return qsTr("工程未上传服务器")
@@ -78,10 +83,9 @@ Rectangle {
     width: 230
     height: 160
     color: EConfig.eGridBackGround
-    onCurrProStateChanged: {
-        if (currProState >= 0)
-            stateIcon.source = sourceList[currProState]
-    }
+    onCurrProStateChanged: root.showState()
+    // The first state is no change when it is 0.
+    Component.onCompleted: root.showState()
 
     Accessible.role: Accessible.ListItem
     Accessible.name: dataModel ? dataModel.name : ""
@@ -236,7 +240,7 @@ Rectangle {
         color: EConfig.tipTextColor
         font.pixelSize: 12
         // Beside six buttons there is room for two of the three signs, which say the same.
-        width: Math.min(implicitWidth, buttons.x + 6 - x)
+        width: Math.min(implicitWidth, buttons.x + 4 - x)
         wrapMode: Text.WrapAnywhere
         maximumLineCount: 1
         text: qsTr("转化中")
@@ -248,7 +252,7 @@ Rectangle {
 
         anchors.right: parent.right
         anchors.bottom: parent.bottom
-        anchors.bottomMargin: 5
+        anchors.bottomMargin: 3
         isFree: root.isFree
         isBim: root.dataModel ? root.dataModel.projType === "BIM" : false
         hasKeyboard: root.hasKeyboard && !upgradeCover.visible

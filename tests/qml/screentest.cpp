@@ -17,6 +17,8 @@
 #include <QImageReader>
 #include <QQmlContext>
 #include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
 #include <QStandardItem>
 #include <QtQuickTest>
 
@@ -58,6 +60,15 @@ class Screens : public QObject
 
 public:
     using QObject::QObject;
+
+    /// A setting of the environment, empty without.
+    Q_INVOKABLE QString setting(const QString& name) const { return qEnvironmentVariable(qPrintable(name)); }
+
+    /// Saves a picture of the item's window.
+    Q_INVOKABLE bool shoot(QQuickItem* item, const QString& path) const
+    {
+        return item->window()->grabWindow().save(path);
+    }
 
     Q_INVOKABLE void listen() { Listen(); }
 

@@ -129,9 +129,13 @@ HomeTest {
             compare(screens.spoken(card).description, row.text)
         }
 
-        function test_theStatesPictureIsThereFromTheStart() {
-            make({ stateType: 4 })
-            compare(part("stateIcon").source, "qrc:/images/conflict.png")
+        function test_theStatesPictureIsThereFromTheStart_data() {
+            return test_eachStateHasAPictureAndAText_data()
+        }
+
+        function test_theStatesPictureIsThereFromTheStart(row) {
+            make({ stateType: row.state })
+            compare(part("stateIcon").source, "qrc:/images/" + row.icon + ".png")
         }
 
         function test_theStatesTextAppearsAtThePointer() {
@@ -229,7 +233,7 @@ HomeTest {
             serviceConvertMgr.isVisible = true
             screens.setTip(home.data, "x")
             // The outermost button's picture begins 6 points from its edge.
-            verify(place("convertText").x + part("convertText").width <= place("proInfoBtn").x + 6)
+            verify(place("convertText").x + part("convertText").width < place("proInfoBtn").x + 6)
             verify(part("convertText").width > 0)
         }
 

@@ -60,6 +60,13 @@ HomeTest {
         }
 
         EDialogTextBtn {
+            id: primaryBtn
+
+            text: "保存"
+            primary: true
+        }
+
+        EDialogTextBtn {
             id: dialogBtn
 
             text: "确定"
@@ -109,6 +116,24 @@ HomeTest {
             delay: 0
             text: "说明"
         }
+    }
+
+    Item {
+        id: leaving
+
+        EToolTip {
+            id: leavingTip
+
+            delay: 20
+            text: "x"
+        }
+    }
+
+    EToolTip {
+        id: laterTip
+
+        delay: 100
+        text: "后来"
     }
 
     EMessageBox {
@@ -242,6 +267,15 @@ HomeTest {
             mouseRelease(colorBtn, 5, 5)
             colorBtn.enabled = false
             compare(colorBtn.color, "#040404")
+        }
+
+        function test_thePrimaryButtonStandsOut() {
+            compare(primaryBtn.color, EConfig.eAccent)
+            compare(primaryBtn.textColor, EConfig.eTextHighColor)
+            mouseMove(primaryBtn, 5, 5)
+            tryCompare(primaryBtn, "color", EConfig.eAccentHover)
+            compare(dialogBtn.color, EConfig.eDialogBtn)
+            compare(dialogBtn.textColor, EConfig.eDialogBtnText)
         }
 
         function test_aLongTextOfAButtonIsElided() {
@@ -424,6 +458,16 @@ HomeTest {
             verify(home.findText("说明") !== null)
             tip.close()
             tryCompare(tip, "opened", false)
+        }
+
+        function test_aToolTipThatWaitsGoesWithItsItem() {
+            leavingTip.open()
+            leaving.parent = null
+            laterTip.open()
+            tryCompare(laterTip, "opened", true)
+            laterTip.close()
+            compare(leavingTip.opened, false)
+            leaving.parent = home
         }
 
         function openBox() {

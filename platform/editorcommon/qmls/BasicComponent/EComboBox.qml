@@ -9,7 +9,7 @@ T.ComboBox {
 
     property int fontSize: EConfig.textPixelSize
     property color fontColor: EConfig.textColor
-    property color fontSelectedColor: EConfig.eAccent
+    property color fontSelectedColor: EConfig.eTextHighColor
     /// Grounds: of the box and its list, of the row under the pointer, of the other rows.
     property color backGroundColor: EConfig.eBackGround
     property color highlightColor: EConfig.eDialogBackground

@@ -18,6 +18,6 @@ ETextBtn {
     implicitHeight: 32
     radius: EConfig.radius
     color: ground()
-    textColor: EConfig.eDialogBtnText
+    textColor: root.primary ? EConfig.eTextHighColor : EConfig.eDialogBtnText
     opacity: enabled ? 1 : 0.5
 }

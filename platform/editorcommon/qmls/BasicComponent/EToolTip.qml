@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 import QtQuick 2.15
+import QtQuick.Window 2.15
 import QtQuick.Templates 2.15 as T
 import "qrc:/EditorCommon/qmls/Config"
 
@@ -25,6 +26,11 @@ Item {
     }
 
     anchors.fill: parent
+    // A row or a card may go while its tip waits, and then there is no window to open it in.
+    Window.onWindowChanged: {
+        if (Window.window === null)
+            root.close()
+    }
 
     Loader {
         id: popup

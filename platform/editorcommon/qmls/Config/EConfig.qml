@@ -40,7 +40,8 @@ QtObject {
 
     // Where one is, and what is moving.
     readonly property color eAccent: "#1473e6"
-    readonly property color eAccentHover: "#2b84f0"
+    /// Darker, since white is to be read on it.
+    readonly property color eAccentHover: "#0e66d0"
     readonly property color eProgress: "#00c7f5"
     readonly property color eShade: "#99000000"
 

@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: MIT
+import QtQuick 2.15
+import QtTest 1.15
+import ".."
+
+/// Takes pictures of the home window in the states that people see, without a server, into the folder that the
+/// environment names as TORVO_SHOTS.
+HomeTest {
+    id: home
+
+    Loader {
+        id: loader
+
+        width: home.width
+        height: home.height
+    }
+
+    TestCase {
+        name: "preview"
+        when: windowShown
+
+        readonly property string bim: "qrc:/images/bar_ic_bim.png"
+        readonly property string scene: "qrc:/images/bar_ic_scene.png"
+        readonly property string folder: screens.setting("TORVO_SHOTS")
+        readonly property var states: ["state_ic_unmatched", "state_ic_matched", "modify", "update", "conflict", "fail"]
+
+        function initTestCase() {
+            home.gridViewModel = screens.makeCards()
+            leftPanelModel.treeModel = screens.makeTree(projects())
+            loader.source = "qrc:/qmls/main.qml"
+            verify(loader.item !== null)
+        }
+
+        function init() {
+            home.reset()
+            gridViewModel.clear()
+            mouseMove(home, 1000, 800)
+        }
+
+        function projects() {
+            const names = ["滨江路综合楼", "一号住宅楼", "体育馆", "地铁换乘站", "老城区改造场景", "非常长的工程名称用来看省略号怎样出现的工程"]
+            return names.map(function(name, i) {
+                return { text1: name, text2: "p" + i, image1: i === 4 ? scene : bim, isDemo: i === 1,
+                         image2: "qrc:/images/" + states[i] + ".png" }
+            })
+        }
+
+        function organisation() {
+            return [{ text1: "第一建设集团", text2: "o1", type: "orgType", image1: "qrc:/images/ic_company.png", rows: [
+                { text1: "华东项目部", text2: "o2", type: "orgType", image1: "qrc:/images/ic_project.png", rows: projects() },
+                { text1: "华南项目部", text2: "o3", type: "orgType", image1: "qrc:/images/ic_project.png", rows: [] }
+            ] }]
+        }
+
+        function addCards() {
+            const rows = projects()
+            for (let i = 0; i < 6; ++i)
+                screens.addCard(gridViewModel, { guid: "p" + i, name: rows[i].text1, stateType: i, typeImag: rows[i].image1,
+                                                 projType: i === 4 ? "CIM" : "BIM" })
+        }
+
+        function shoot(name) {
+            wait(600)
+            verify(screens.shoot(home, folder + "/" + name + ".png"))
+        }
+
+        function test_1_empty() {
+            leftPanelModel.treeModel = screens.makeTree([])
+            shoot("empty")
+            leftPanelModel.treeModel = screens.makeTree(projects())
+        }
+
+        function test_2_states() {
+            addCards()
+            shoot("states")
+        }
+
+        function test_3_operations() {
+            addCards()
+            for (let i = 1; i < 4; ++i)
+                gridViewModel.getDataByGuid("p" + i).dealState = i
+            gridViewModel.getDataByGuid("p4").needUpgrade = true
+            gridViewModel.getDataByGuid("p5").needUpgrade = true
+            gridViewModel.getDataByGuid("p5").isUpgrade = true
+            serviceConvertMgr.isVisible = true
+            screens.setTip(gridViewModel.getDataByGuid("p0"), "共有2个文件转化中,\n你的第一个文件排在第2位.")
+            shoot("operations")
+        }
+
+        function test_4_organisation() {
+            addCards()
+            leftPanelModel.treeModel = screens.makeTree(organisation())
+            tryVerify(function() { return home.find(loader.item, "treeRow_o1") !== null })
+            mouseClick(home.find(loader.item, "treeRow_o1"), 100, 20)
+            tryVerify(function() { return home.find(loader.item, "treeRow_o2") !== null })
+            mouseClick(home.find(loader.item, "treeRow_o2"), 100, 20)
+            tryVerify(function() { return home.find(loader.item, "treeRow_p1") !== null })
+            mouseMove(home.find(loader.item, "treeRow_p5"), 60, 20)
+            shoot("organisation")
+            leftPanelModel.treeModel = screens.makeTree(projects())
+        }
+
+        function test_5_tabs() {
+            addCards()
+            tab.tabList = ["p0", "p1", "p2", "p3", "p4", "p5"]
+            tab.currentTab = "p2"
+            shoot("tabs")
+        }
+
+        function test_6_question() {
+            addCards()
+            messageBoxMgr.sigCheckBox("提示", "工程已在服务器上更新，是否继续？")
+            shoot("question")
+            keyClick(Qt.Key_Escape)
+            tryVerify(function() { return home.findShown("yesBtn") === null })
+        }
+
+        function test_7_choice() {
+            addCards()
+            const check = findChild(loader.item, "projTypeCheck")
+            mouseClick(check)
+            tryCompare(check.popup, "opened", true)
+            shoot("choice")
+            keyClick(Qt.Key_Escape)
+        }
+    }
+}
