@@ -141,11 +141,11 @@ void CHomeApp::ForEachMgr(const std::function<void(IMgrObj*)>& visit) const
         visit(entry.mgr.get());
 }
 
-IMgrObj* CHomeApp::findMgr(std::type_index type) const
+std::shared_ptr<IMgrObj> CHomeApp::findMgr(std::type_index type) const
 {
     const auto found =
         std::find_if(m_mgrs.begin(), m_mgrs.end(), [&](const Entry& entry) { return entry.type == type; });
-    return found == m_mgrs.end() ? nullptr : found->mgr.get();
+    return found == m_mgrs.end() ? nullptr : found->mgr;
 }
 
 void CHomeApp::createMgrs()

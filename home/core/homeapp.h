@@ -61,7 +61,15 @@ public:
     template<class Manager>
     [[nodiscard]] Manager* GetMgr() const
     {
-        return static_cast<Manager*>(findMgr(typeid(Manager)));
+        return static_cast<Manager*>(findMgr(typeid(Manager)).get());
+    }
+
+    /// The same for work on another thread, which must not lose the manager under its hands when the program
+    /// ends.
+    template<class Manager>
+    [[nodiscard]] std::shared_ptr<Manager> ShareMgr() const
+    {
+        return std::static_pointer_cast<Manager>(findMgr(typeid(Manager)));
     }
 
     CFrameWindow* m_frameWindow = nullptr; ///< set by TorvoHomePlugin::Init; not owned, stale after UnInit
@@ -76,7 +84,7 @@ private:
 
     CHomeApp() = default;
 
-    [[nodiscard]] IMgrObj* findMgr(std::type_index type) const;
+    [[nodiscard]] std::shared_ptr<IMgrObj> findMgr(std::type_index type) const;
     void createMgrs();
     void putMgr(Entry entry);
 

@@ -31,8 +31,9 @@ CAsyncWorker::CAsyncWorker(int jobType, const QString& guid)
 
 void CAsyncWorker::run()
 {
-    auto* projectMgr = CHomeApp::instance().GetMgr<CProjectMgr>();
-    if (projectMgr == nullptr)
+    // Nobody waits for a job when the program ends.
+    const auto projectMgr = CHomeApp::instance().ShareMgr<CProjectMgr>();
+    if (!projectMgr)
         return;
     const bool isDone = RunJob(*projectMgr, m_jobType, m_guid);
     emit singSyncFinish(m_guid, isDone, isDone ? QString() : projectMgr->GetLastError());

@@ -16,21 +16,23 @@ namespace TorvoEditor
 
 bool CProjectMgr::DownLoadProj(const QString& guid)
 {
-    if (m_projectDB == nullptr || guid.isEmpty())
+    // The program may end meanwhile, and the manager then lets go of the database.
+    auto* database = m_projectDB;
+    if (database == nullptr || guid.isEmpty())
         return false;
     qDebug() << "start downLoad proj " << guid;
     if (GetProjType(guid) == QLatin1String("BIM"))
-        return DownLoadBimProj(guid);
+        return DownLoadBimProj(*database, guid);
 
     const std::wstring dataFolder = m_dataPath.toStdWString();
-    if (!m_projectDB->DownLoadProj(KeyOf(guid), dataFolder)) {
+    if (!database->DownLoadProj(KeyOf(guid), dataFolder)) {
         qDebug() << "downLoad proj falied " << guid;
         return false;
     }
     std::set<ZRSmartFormat::SZRFTGuid> subProjects;
-    m_projectDB->GetSubProj(KeyOf(guid), dataFolder, subProjects);
+    database->GetSubProj(KeyOf(guid), dataFolder, subProjects);
     for (const auto& subProject : subProjects) {
-        if (!m_projectDB->DownLoadProj(subProject, dataFolder)) {
+        if (!database->DownLoadProj(subProject, dataFolder)) {
             qDebug() << "downLoad sub proj falied, main guid " << guid << " sub guid" << TextOf(subProject);
             return false;
         }
@@ -40,18 +42,18 @@ bool CProjectMgr::DownLoadProj(const QString& guid)
     return true;
 }
 
-bool CProjectMgr::DownLoadBimProj(const QString& guid)
+bool CProjectMgr::DownLoadBimProj(ZRSmartDB::IZRDatabase& database, const QString& guid)
 {
     const std::wstring dataFolder = m_dataPath.toStdWString();
     std::map<ZRSmartFormat::SZRFTGuid, std::wstring> assigned;
-    if (!m_projectDB->GetAllAssignProj(KeyOf(guid), dataFolder, assigned)) {
+    if (!database.GetAllAssignProj(KeyOf(guid), dataFolder, assigned)) {
         qDebug() << "DownLoadBimProj GetAllAssignProj falied " << guid;
         return false;
     }
     qDebug() << "start download bimproj: " << guid;
     for (const auto& [key, type] : assigned) {
         if (type == L"MODEL") {
-            if (!m_projectDB->DownLoadProj(key, dataFolder)) {
+            if (!database.DownLoadProj(key, dataFolder)) {
                 qDebug() << "downLoad kyv proj falied " << TextOf(key);
                 return false;
             }

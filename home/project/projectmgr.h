@@ -120,7 +120,7 @@ signals:
 private:
     [[nodiscard]] bool readProjStatus(const QString& guid, int& state);
     [[nodiscard]] bool readServerProjStatus(const QString& guid, int& state);
-    [[nodiscard]] bool DownLoadBimProj(const QString& guid);
+    [[nodiscard]] bool DownLoadBimProj(ZRSmartDB::IZRDatabase& database, const QString& guid);
     [[nodiscard]] QSet<QString> bimSet(const QString& guid) const;
     [[nodiscard]] bool hasUpdatedBimProject(const QString& guid);
 

@@ -35,9 +35,43 @@ Database::Database(const std::shared_ptr<Disk>& disk)
 
 Database::~Database()
 {
+    end();
+}
+
+class Database::Visit
+{
+public:
+    explicit Visit(Database& database)
+        : m_database(database)
+    {
+        const std::lock_guard lock(m_database.m_visitMutex);
+        if (m_database.m_isEnded)
+            throw Failure(http::faultcode::cancelled, "the project database has been closed");
+        ++m_database.m_visits;
+    }
+    Visit(const Visit&) = delete;
+    Visit& operator=(const Visit&) = delete;
+    ~Visit()
+    {
+        const std::lock_guard lock(m_database.m_visitMutex);
+        if (--m_database.m_visits == 0)
+            m_database.m_visitEnded.notify_all();
+    }
+
+private:
+    Database& m_database;
+};
+
+void Database::end()
+{
     m_client.cancel();
+    {
+        std::unique_lock lock(m_visitMutex);
+        m_isEnded = true;
+        m_visitEnded.wait(lock, [this] { return m_visits == 0; });
+    }
     m_queue.stop();
-    ForgetFailures();
+    m_local->closeAll();
 }
 
 void Database::SetUp(int /*flags*/)
@@ -92,6 +126,7 @@ bool Database::GetAllAssignProj(const Guid& guid, const std::wstring& dataFolder
                                 std::map<Guid, std::wstring>& projects)
 {
     return AtBorder(false, [&] {
+        const Visit visit(*this);
         const auto folder = PathOf(dataFolder);
         if (!m_local->isHere(guid, folder))
             download(guid, folder, false);
@@ -148,6 +183,7 @@ bool Database::GetProjStatus(const Guid& guid, const std::wstring& dataFolder, i
 bool Database::DownLoadProj(const Guid& guid, const std::wstring& dataFolder)
 {
     return AtBorder(false, [&] {
+        const Visit visit(*this);
         download(guid, PathOf(dataFolder), true);
         return true;
     });

@@ -10,8 +10,10 @@
 #include "smartdb/net/taskqueue.h"
 #include "smartdb/upgrader.h"
 
+#include <condition_variable>
 #include <filesystem>
 #include <memory>
+#include <mutex>
 
 namespace ZRSmartDB
 {
@@ -24,6 +26,9 @@ class Database final : public IZRDatabase
 public:
     explicit Database(const std::shared_ptr<Disk>& disk = LocalDisk());
     ~Database();
+
+    /// Gives up what is under way, waits for it, and closes all projects. Every operation fails from now on.
+    void end();
 
     [[nodiscard]] bool setServer(const std::string& address) { return m_client.setServer(address); }
     void setLimits(const http::Limits& limits) { m_client.setLimits(limits); }
@@ -63,6 +68,9 @@ public:
 private:
     using Guid = ZRSmartFormat::SZRFTGuid;
 
+    /// A thread that is inside of a long operation.
+    class Visit;
+
     void download(const Guid& guid, const std::filesystem::path& dataFolder, bool withModels);
 
     http::Client m_client;
@@ -72,6 +80,11 @@ private:
     NetAccess m_netAccess;
     Upgrader m_upgrader;
     bool m_isSetUp = false;
+
+    std::mutex m_visitMutex; ///< protects the two below
+    std::condition_variable m_visitEnded;
+    int m_visits = 0;
+    bool m_isEnded = false;
 };
 
 } // namespace ZRSmartDB

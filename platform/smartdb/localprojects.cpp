@@ -107,6 +107,15 @@ void LocalProjects::close(const Guid& guid)
     m_use.closed(guid);
 }
 
+void LocalProjects::closeAll()
+{
+    decltype(m_open) closed; // freed after the lock has been given back
+    const std::lock_guard lock(m_mutex);
+    closed.swap(m_open);
+    for (const auto& [guid, project] : closed)
+        m_use.closed(guid);
+}
+
 bool LocalProjects::saveAll()
 {
     std::vector<std::shared_ptr<Project>> projects;

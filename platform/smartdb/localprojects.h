@@ -38,6 +38,7 @@ public:
 
     /// Lets go of a project. Throws nothing.
     void close(const Guid& guid);
+    void closeAll();
 
     /// Saves all open projects, each for itself. False when one could not be saved; the reason is remembered.
     [[nodiscard]] bool saveAll();

@@ -19,10 +19,10 @@ class TestHostLoss : public road::Suite
         return road::WaitFor([&] { return visitor.readAllStandardOutput().contains("there"); }, 90000);
     }
 
-    static void startVisitor(QProcess& visitor, const QString& aim)
+    static void startVisitor(QProcess& visitor, const QStringList& aim)
     {
         visitor.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        visitor.start(QCoreApplication::applicationDirPath() + QStringLiteral("/torvo-visitor"), {aim});
+        visitor.start(QCoreApplication::applicationDirPath() + QStringLiteral("/torvo-visitor"), aim);
     }
 
     static QList<pid_t> hosts() { return road::ProcessesOf(QStringLiteral("KYVShell")); }
@@ -31,17 +31,27 @@ private slots:
     void aKilledHostLeavesNoChildBehind()
     {
         QProcess visitor;
-        startVisitor(visitor, QStringLiteral("open"));
+        startVisitor(visitor, {QStringLiteral("open")});
         QVERIFY(isThere(visitor));
         QCOMPARE(road::Children().size(), 1);
         visitor.kill();
         QTRY_COMPARE_WITH_TIMEOUT(road::Children().size(), 0, 15000);
     }
 
+    void closingTheWindowDuringADownloadEndsTheHostInGoodOrder()
+    {
+        QProcess visitor;
+        startVisitor(visitor, {QStringLiteral("leave"), QString::number(server->process())});
+        QVERIFY(isThere(visitor));
+        QVERIFY(road::WaitFor([&] { return visitor.state() == QProcess::NotRunning; }));
+        QCOMPARE(visitor.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(visitor.exitCode(), 0);
+    }
+
     void afterALogoutTheHostStartsAnewAndShowsItsLogin()
     {
         QProcess visitor;
-        startVisitor(visitor, QStringLiteral("logout"));
+        startVisitor(visitor, {QStringLiteral("logout")});
         QVERIFY(isThere(visitor));
         QElapsedTimer sinceLogout;
         sinceLogout.start();

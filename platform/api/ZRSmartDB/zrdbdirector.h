@@ -28,9 +28,9 @@ protected:
 /// valid until FreeIDBDirector. Any thread.
 [[nodiscard]] IZRDBDirector* GetIDBDirector();
 
-/// Ends the library: closes all projects, gives up requests under way (their tasks are cancelled) and waits
-/// for the library's threads. Every pointer that the library has given out is invalid afterwards. GUI thread,
-/// with no other thread inside the library.
+/// Ends the library: closes all projects, gives up requests under way, whose tasks end with an error or
+/// cancelled, and waits for the library's threads and for operations under way on other threads, which fail.
+/// Pointers to projects are invalid afterwards; operations of the database fail. GUI thread.
 void FreeIDBDirector();
 
 } // namespace ZRSmartDB

@@ -15,8 +15,8 @@ namespace ZRSmartDB
 ///
 /// Each query starts a request on a thread of the library and gives a task at once. The task's own result is
 /// the error text, empty on success: a JSON object with the integer "code" and the text "msg". A reply goes
-/// into the shared text before the task completes; it is untouched on failure. FreeIDBDirector cancels the
-/// tasks that are still under way. Any thread.
+/// into the shared text before the task completes; it is untouched on failure. FreeIDBDirector ends the
+/// tasks that are still under way, with an error or cancelled. Any thread.
 class CZRDBNetAccess
 {
 public:

@@ -72,6 +72,27 @@ private:
     std::unique_ptr<OutputFile> m_output;
 };
 
+/// The result of a query, also of one that never runs since the library ends before: an error has a way
+/// through every caller, a cancellation has not.
+class Outcome
+{
+public:
+    Outcome() = default;
+    Outcome(const Outcome&) = delete;
+    Outcome& operator=(const Outcome&) = delete;
+    ~Outcome() { tell({http::faultcode::cancelled, "the project database has been closed"}); }
+
+    /// Only the first word counts.
+    void tell(const http::Fault& fault) const { m_done.set(WideOf(http::ToJson(fault))); }
+    [[nodiscard]] Concurrency::task<std::wstring> task() const
+    {
+        return Concurrency::task<std::wstring>(m_done);
+    }
+
+private:
+    Concurrency::task_completion_event<std::wstring> m_done;
+};
+
 } // namespace
 
 NetAccess::NetAccess(http::Client& client, StateTable& states, TaskQueue& queue, std::shared_ptr<Disk> disk)
@@ -84,9 +105,9 @@ NetAccess::NetAccess(http::Client& client, StateTable& states, TaskQueue& queue,
 
 Concurrency::task<std::wstring> NetAccess::start(std::function<void()> query)
 {
-    const Concurrency::task_completion_event<std::wstring> done;
-    Concurrency::task<std::wstring> task(done);
-    m_queue.post([done, query = std::move(query)] {
+    const auto outcome = std::make_shared<Outcome>();
+    auto task = outcome->task();
+    m_queue.post([outcome, query = std::move(query)] {
         http::Fault fault;
         try {
             query();
@@ -95,10 +116,7 @@ Concurrency::task<std::wstring> NetAccess::start(std::function<void()> query)
         } catch (const std::exception& exception) {
             fault = {localcode::badInput, exception.what()};
         }
-        if (fault.code == http::faultcode::cancelled)
-            done.set_exception(Concurrency::task_canceled());
-        else
-            done.set(WideOf(http::ToJson(fault)));
+        outcome->tell(fault);
     });
     return task;
 }

@@ -30,6 +30,8 @@ public:
 
     [[nodiscard]] QString address() const { return QStringLiteral("http://127.0.0.1:") + m_port; }
 
+    [[nodiscard]] qint64 process() const { return m_process.processId(); }
+
 private:
     void signal(int number) const;
 

@@ -4,6 +4,7 @@
 
 #include "shell/desktopsettings.h"
 
+#include <csignal>
 #include <cstdio>
 #include <exception>
 
@@ -16,10 +17,19 @@
 namespace
 {
 
-bool Visit(road::Session& session, const QString& aim)
+bool Leave(road::Session& session, pid_t server)
 {
+    kill(server, SIGSTOP);
+    return session.beginDownload(road::house) && session.home().click(QStringLiteral("closeBtn"));
+}
+
+bool Visit(road::Session& session, const QStringList& arguments)
+{
+    const QString aim = arguments.value(1);
     if (!session.enter())
         return false;
+    if (aim == QLatin1String("leave"))
+        return Leave(session, static_cast<pid_t>(arguments.value(2).toInt()));
     if (aim == QLatin1String("logout"))
         return session.logOut();
     return session.download(road::house) && session.open(road::house);
@@ -35,7 +45,7 @@ int main(int argumentCount, char** arguments)
     // Inside the event loop, which the closing of the last window ends.
     QTimer::singleShot(0, &app, [&] {
         try {
-            if (!Visit(session, QApplication::arguments().value(1)))
+            if (!Visit(session, QApplication::arguments()))
                 return QApplication::exit(1);
             std::puts("there");
             std::fflush(stdout);
