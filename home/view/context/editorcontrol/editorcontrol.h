@@ -76,7 +76,7 @@ private:
     int m_appVer = -1;
     bool m_isBimSdk = false;
     bool m_bInOperation = false; ///< a worker is running; stops the periodic refresh
-    QTimer m_timer;
+    QTimer m_timer{this};
     ProjOperateEnum m_eCurOperation = PO_None;
 };
 
