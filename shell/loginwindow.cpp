@@ -7,8 +7,8 @@
 #include <QQmlContext>
 #include <QScreen>
 
-/// A linker leaves the resource of a static library out unless somebody asks for it, which works outside of namespaces
-/// only.
+/// A linker leaves the resource of a static library out unless somebody asks for it, which works outside of
+/// namespaces only.
 static void RegisterResource()
 {
     Q_INIT_RESOURCE(shell);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "shell/accountfiles.h"
+#include "shell/desktopsettings.h"
 #include "shell/host.h"
 
 #include <cstdio>
@@ -12,15 +13,6 @@ namespace
 
 constexpr int cannotStart = 3;
 
-/// The children's windows are taken into the home window, which Wayland does not allow.
-void ChooseWindowSystem()
-{
-#ifdef Q_OS_LINUX
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsSet("WAYLAND_DISPLAY"))
-        qputenv("QT_QPA_PLATFORM", "xcb");
-#endif
-}
-
 void Tell(const QString& problem)
 {
     std::fprintf(stderr, "%s\n", qUtf8Printable(problem));
@@ -31,9 +23,7 @@ void Tell(const QString& problem)
 
 int main(int argumentCount, char** arguments)
 {
-    ChooseWindowSystem();
-    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+    shell::ChooseDesktopSettings();
     QApplication app(argumentCount, arguments);
     QApplication::setApplicationName(QStringLiteral("Torvo Home"));
 

@@ -344,16 +344,18 @@ bool EditorWindow::eventFilter(QObject* watched, QEvent* event)
         m_isWindowReported = true;
         m_home.reportWindow(static_cast<quint64>(winId()));
     }
+    // The view changes its size with the window, and with the panels beside it.
+    if (event->type() == QEvent::Resize && watched == m_view)
+        placeOverlays();
     // No window manager gives the keyboard to a window inside another program's window.
     if (event->type() == QEvent::MouseButtonPress && watched->isWindowType() && watched == windowHandle())
         Native::FocusWindow(winId());
     return QWidget::eventFilter(watched, event);
 }
 
-void EditorWindow::resizeEvent(QResizeEvent* event)
+void EditorWindow::placeOverlays()
 {
-    QWidget::resizeEvent(event);
-    const QRect area = m_view->geometry();
+    const QRect area(m_view->mapTo(this, QPoint()), m_view->size());
     m_viewBar->adjustSize();
     m_viewBar->move(area.width() - m_viewBar->width() - overlayMargin, overlayMargin);
     m_messages->setGeometry(area.x() + overlayMargin, overlayMargin + 44,

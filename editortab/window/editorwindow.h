@@ -40,10 +40,10 @@ signals:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    void placeOverlays();
     void build();
     [[nodiscard]] QWidget* buildTreePanel();
     [[nodiscard]] QWidget* buildCentre();

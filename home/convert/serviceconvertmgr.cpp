@@ -19,7 +19,8 @@ constexpr int waitingOnServer = 5;
 
 } // namespace
 
-CServiceConvertMgr::CServiceConvertMgr(QObject* parent) : QObject(parent)
+CServiceConvertMgr::CServiceConvertMgr(QObject* parent)
+    : QObject(parent)
 {
     LoadConfig();
 }
@@ -47,12 +48,23 @@ void CServiceConvertMgr::LoadConfig()
 
 bool CServiceConvertMgr::hasUploadingProj() const
 {
-    return std::any_of(m_localInfos.begin(), m_localInfos.end(), [](const auto& tasks) { return !tasks.isEmpty(); });
+    return HoldsTask(m_localInfos);
 }
 
 void CServiceConvertMgr::GetConvertInfo(QMap<QString, QList<int>>& positions) const
 {
-    for (auto project = m_serviceInfos.begin(); project != m_serviceInfos.end(); ++project) {
+    AddQueuePositions(m_serviceInfos, positions);
+}
+
+bool HoldsTask(const CServiceConvertMgr::TKyvConvertMap& tasks)
+{
+    return std::any_of(tasks.begin(), tasks.end(),
+                       [](const auto& ofProject) { return !ofProject.isEmpty(); });
+}
+
+void AddQueuePositions(const CServiceConvertMgr::TKyvConvertMap& jobs, QMap<QString, QList<int>>& positions)
+{
+    for (auto project = jobs.begin(); project != jobs.end(); ++project) {
         for (const auto& job : project.value()) {
             if (job.state != waitingOnServer)
                 positions[project.key()].append(0);

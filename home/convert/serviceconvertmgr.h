@@ -29,6 +29,9 @@ public:
         int sort = -1;     ///< position in its queue
     };
 
+    /// Models on their way, by building project.
+    using TKyvConvertMap = QMap<QString, QList<TKyvConvertInfo>>;
+
     /// Reads the switch.
     explicit CServiceConvertMgr(QObject* parent = nullptr);
 
@@ -42,8 +45,7 @@ public:
     /// A task of any project is still on this machine; closing the program would lose it.
     [[nodiscard]] Q_INVOKABLE bool hasUploadingProj() const;
 
-    /// Adds to `positions`, by project, the place in the server's queue of each of its files, 0 for one that is being
-    /// converted.
+    /// AddQueuePositions of the jobs on the server.
     void GetConvertInfo(QMap<QString, QList<int>>& positions) const;
 
 signals:
@@ -53,9 +55,16 @@ private slots:
     void LoadConfig();
 
 private:
-    QMap<QString, QList<TKyvConvertInfo>> m_serviceInfos; ///< by project: jobs under way on the server
-    QMap<QString, QList<TKyvConvertInfo>> m_localInfos;   ///< by project: tasks on this machine
+    TKyvConvertMap m_serviceInfos; ///< jobs under way on the server
+    TKyvConvertMap m_localInfos;   ///< tasks on this machine
     bool m_isVisible = false;
 };
+
+/// True when any project has an entry.
+[[nodiscard]] bool HoldsTask(const CServiceConvertMgr::TKyvConvertMap& tasks);
+
+/// Adds to `positions`, by project, the place of each job in the server's queue; 0 for one that does not wait
+/// there. A waiting job without a place is left out, with a line in the log.
+void AddQueuePositions(const CServiceConvertMgr::TKyvConvertMap& jobs, QMap<QString, QList<int>>& positions);
 
 } // namespace TorvoEditor

@@ -22,7 +22,9 @@ bool RunJob(CProjectMgr& projectMgr, int jobType, const QString& guid)
 
 } // namespace
 
-CAsyncWorker::CAsyncWorker(int jobType, const QString& guid) : m_jobType(jobType), m_guid(guid)
+CAsyncWorker::CAsyncWorker(int jobType, const QString& guid)
+    : m_jobType(jobType)
+    , m_guid(guid)
 {
     connect(this, &QThread::finished, this, &QObject::deleteLater);
 }

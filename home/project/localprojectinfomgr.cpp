@@ -132,9 +132,10 @@ void CLocalProjectInfoMgr::RemoveProject(const QString& guid)
     m_projectGuids.removeAll(guid);
     const std::wstring wideGuid = guid.toStdWString();
     std::erase_if(m_projectRecords, [&](const auto& record) { return record.guid == wideGuid; });
-    const auto listed = std::find_if(m_projectArray.begin(), m_projectArray.end(), [&](const QJsonValue& project) {
-        return project.toObject().value(guidKey).toString() == guid;
-    });
+    const auto listed =
+        std::find_if(m_projectArray.begin(), m_projectArray.end(), [&](const QJsonValue& project) {
+            return project.toObject().value(guidKey).toString() == guid;
+        });
     if (listed != m_projectArray.end())
         m_projectArray.erase(listed);
     Save();

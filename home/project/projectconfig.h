@@ -7,8 +7,8 @@
 namespace TorvoEditor
 {
 
-// The file "ProjectConfig.json": a JSON array of objects in which no key and no text stands in clear. Each is the
-// Base64 of its UTF-8 bytes, to any depth; a value that is neither object nor text becomes an empty text.
+// The file "ProjectConfig.json": a JSON array of objects in which no key and no text stands in clear. Each is
+// the Base64 of its UTF-8 bytes, to any depth; a value that is neither object nor text becomes an empty text.
 
 [[nodiscard]] QJsonArray EncodeProjectConfig(const QJsonArray& projects);
 [[nodiscard]] QJsonArray DecodeProjectConfig(const QJsonArray& projects);

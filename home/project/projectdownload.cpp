@@ -56,8 +56,8 @@ bool CProjectMgr::DownLoadBimProj(const QString& guid)
                 return false;
             }
         } else if (type == L"3DTILES") {
-            // Tiles stay on the server. The look-up under the type's own name is what the database has always been
-            // asked here.
+            // Tiles stay on the server. The look-up under the type's own name is what the database has always
+            // been asked here.
             static_cast<void>(GetProject(QString::fromStdWString(type)));
         }
     }

@@ -28,7 +28,8 @@ TorvoSDK::IProjectHost* ProjectHost()
 } // namespace
 
 CProjectMgr::CProjectMgr(QObject* parent)
-    : QObject(parent), m_dataPath(QCoreApplication::applicationDirPath() + QStringLiteral("/data"))
+    : QObject(parent)
+    , m_dataPath(QCoreApplication::applicationDirPath() + QStringLiteral("/data"))
 {
 }
 
@@ -41,6 +42,7 @@ void CProjectMgr::Init()
 
 void CProjectMgr::UnInit()
 {
+    m_projectDB = nullptr;
     ZRSmartDB::FreeIDBDirector();
 }
 
@@ -56,7 +58,8 @@ ZRSmartDB::IZRProject* CProjectMgr::GetProject(const QString& guid) const
 
 void CProjectMgr::CloseProject(const QString& guid)
 {
-    m_projectDB->CloseProject(KeyOf(guid));
+    if (m_projectDB != nullptr)
+        m_projectDB->CloseProject(KeyOf(guid));
 }
 
 TorvoSDK::SServerProjectRecord CProjectMgr::GetServerProject(const QString& guid) const
@@ -125,7 +128,8 @@ bool CProjectMgr::RefreshServerList()
     m_serverProjects = std::move(records);
     m_serverProjectByGuid.clear();
     for (std::size_t i = m_serverProjects.size(); i > 0; --i)
-        m_serverProjectByGuid.insert(QString::fromStdWString(m_serverProjects[i - 1].guid), static_cast<int>(i - 1));
+        m_serverProjectByGuid.insert(QString::fromStdWString(m_serverProjects[i - 1].guid),
+                                     static_cast<int>(i - 1));
     if (isRead)
         m_serverListNote = QString::fromStdWString(note);
     return isRead;

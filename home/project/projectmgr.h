@@ -118,6 +118,8 @@ signals:
     void afterUpload(const QString& guid);
 
 private:
+    [[nodiscard]] bool readProjStatus(const QString& guid, int& state);
+    [[nodiscard]] bool readServerProjStatus(const QString& guid, int& state);
     [[nodiscard]] bool DownLoadBimProj(const QString& guid);
     [[nodiscard]] QSet<QString> bimSet(const QString& guid) const;
     [[nodiscard]] bool hasUpdatedBimProject(const QString& guid);

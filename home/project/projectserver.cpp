@@ -40,6 +40,8 @@ QJsonDocument RegionReply(const Concurrency::task<std::wstring>& request, const 
 
 QString CProjectMgr::GetProjType(const QString& guid)
 {
+    if (m_projectDB == nullptr)
+        return {};
     const auto reply = std::make_shared<std::wstring>();
     const std::wstring error = m_projectDB->GetNetAccess()->GetProjType(KeyOf(guid), reply).get();
     return error.empty() ? QString::fromStdWString(*reply) : QString();
@@ -47,6 +49,8 @@ QString CProjectMgr::GetProjType(const QString& guid)
 
 bool CProjectMgr::CanAppIdUpload(const QString& appId, QString& msg)
 {
+    if (m_projectDB == nullptr)
+        return false;
     try {
         const std::wstring refusal = m_projectDB->GetNetAccess()->CanAppIdUpload(appId.toStdWString()).get();
         if (refusal.empty())
@@ -62,6 +66,8 @@ bool CProjectMgr::CanAppIdUpload(const QString& appId, QString& msg)
 
 bool CProjectMgr::GetCountryId(QString& id)
 {
+    if (m_projectDB == nullptr)
+        return false;
     const auto reply = std::make_shared<std::wstring>();
     const auto document = RegionReply(m_projectDB->GetNetAccess()->GetCountryList(reply), reply);
     if (document.isEmpty())
@@ -72,6 +78,8 @@ bool CProjectMgr::GetCountryId(QString& id)
 
 bool CProjectMgr::GetAdministrativeRegion(const QString& id, QJsonArray& regions)
 {
+    if (m_projectDB == nullptr)
+        return false;
     const auto reply = std::make_shared<std::wstring>();
     const auto request = m_projectDB->GetNetAccess()->GetAdministrativeRegion(id.toStdWString(), reply);
     const auto document = RegionReply(request, reply);
@@ -83,6 +91,8 @@ bool CProjectMgr::GetAdministrativeRegion(const QString& id, QJsonArray& regions
 
 bool CProjectMgr::DownloadProjFile(const QString& guid, const QString& fileName, const QString& localPath)
 {
+    if (m_projectDB == nullptr)
+        return false;
     const QString serverPath = QStringLiteral("/proj_") + guid + QLatin1Char('/') + fileName;
     const std::wstring error = m_projectDB->GetNetAccess()
                                    ->DownloadFileAry({serverPath.toStdWString()}, {localPath.toStdWString()})

@@ -25,25 +25,54 @@ constexpr int updateState = 3;
 constexpr int uploadFailedState = 5;
 
 /// The server's bare word about a project; nothing when it cannot be had, which is logged.
-std::optional<std::wstring> ServerWord(ZRSmartDB::IZRDatabase* database, const QString& guid)
+std::optional<std::wstring> ServerWord(ZRSmartDB::IZRDatabase& database, const QString& guid)
+{
+    const auto reply = std::make_shared<std::wstring>();
+    const std::wstring error = database.GetNetAccess()->GetStatusByProjId(KeyOf(guid), reply).get();
+    if (error.empty())
+        return *reply;
+    qDebug() << "CProjectMgr::GetProjStatus error:" << QString::fromStdWString(error);
+    return std::nullopt;
+}
+
+/// Whatever `query` throws, a cancelled request above all, is a failure and a line in the log.
+template<class Query>
+bool Guarded(Query query)
 {
     try {
-        const auto reply = std::make_shared<std::wstring>();
-        const std::wstring error = database->GetNetAccess()->GetStatusByProjId(KeyOf(guid), reply).get();
-        if (error.empty())
-            return *reply;
-        qDebug() << "CProjectMgr::GetProjStatus error:" << QString::fromStdWString(error);
+        return query();
     } catch (const std::exception& exception) {
         qDebug() << "CProjectMgr::GetProjStatus GetProjStatus error: " << exception.what();
+        return false;
     }
-    return std::nullopt;
+}
+
+/// What the server's word says; the state as it was for a word that nobody knows.
+int ServerStateOf(const std::wstring& word, int state)
+{
+    if (word == L"0")
+        return SS_Uploading;
+    if (word == L"-1")
+        return SS_UploadFailed;
+    if (word == L"2")
+        return SS_None;
+    if (word == L"1")
+        return SS_Normal;
+    if (word == L"3")
+        return SS_Converting;
+    return state;
 }
 
 } // namespace
 
 bool CProjectMgr::GetProjStatus(const QString& guid, int& state)
 {
-    const auto word = ServerWord(m_projectDB, guid);
+    return m_projectDB != nullptr && Guarded([&] { return readProjStatus(guid, state); });
+}
+
+bool CProjectMgr::readProjStatus(const QString& guid, int& state)
+{
+    const auto word = ServerWord(*m_projectDB, guid);
     if (!word)
         return false;
     if (*word == L"-1") {
@@ -87,19 +116,15 @@ QString CProjectMgr::GetProjStatusIcon(const QString& guid)
 
 bool CProjectMgr::GetServerProjStatus(const QString& guid, int& state)
 {
-    const auto word = ServerWord(m_projectDB, guid);
+    return m_projectDB != nullptr && Guarded([&] { return readServerProjStatus(guid, state); });
+}
+
+bool CProjectMgr::readServerProjStatus(const QString& guid, int& state)
+{
+    const auto word = ServerWord(*m_projectDB, guid);
     if (!word)
         return false;
-    if (*word == L"0")
-        state = SS_Uploading;
-    else if (*word == L"-1")
-        state = SS_UploadFailed;
-    else if (*word == L"2")
-        state = SS_None;
-    else if (*word == L"1")
-        state = SS_Normal;
-    else if (*word == L"3")
-        state = SS_Converting;
+    state = ServerStateOf(*word, state);
     return true;
 }
 
@@ -112,7 +137,8 @@ int CProjectMgr::GetServerProjStatus(const QString& guid)
 
 bool CProjectMgr::NeedUpgrade(const QString& guid) const
 {
-    return m_projectDB->GetUpgrader()->NeedUpgrade(KeyOf(guid), m_dataPath.toStdWString());
+    auto* upgrader = m_projectDB != nullptr ? m_projectDB->GetUpgrader() : nullptr;
+    return upgrader != nullptr && upgrader->NeedUpgrade(KeyOf(guid), m_dataPath.toStdWString());
 }
 
 QSet<QString> CProjectMgr::bimSet(const QString& guid) const

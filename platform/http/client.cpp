@@ -12,9 +12,7 @@ namespace http
 namespace
 {
 
-constexpr long connectSeconds = 5;
-constexpr long slowSeconds = 15;
-constexpr long slowBytesPerSecond = 512;
+constexpr std::size_t largestError = 64U << 10U;
 constexpr long receiveBuffer = 512L * 1024L;
 
 struct FreeList {
@@ -46,7 +44,12 @@ struct Arrival {
     Reply reply;
     std::size_t received = 0;
     bool isTooLarge = false;
-    bool isGivenUp = false;
+    bool isRefused = false; ///< by the request's own taker
+
+    [[nodiscard]] bool isUnwanted() const
+    {
+        return isCancelled || (request.isGivenUp != nullptr && *request.isGivenUp);
+    }
 };
 
 std::size_t OnBytes(char* bytes, std::size_t /*one*/, std::size_t count, void* context)
@@ -55,16 +58,20 @@ std::size_t OnBytes(char* bytes, std::size_t /*one*/, std::size_t count, void* c
     long status = 0;
     curl_easy_getinfo(arrival.handle, CURLINFO_RESPONSE_CODE, &status);
     const bool isGood = status >= 200 && status < 300;
+    if (!isGood) {
+        arrival.reply.body.append(bytes, std::min(count, largestError - std::min(largestError, arrival.reply.body.size())));
+        return count;
+    }
     arrival.received += count;
     arrival.isTooLarge = arrival.received > arrival.request.largestReply;
     if (arrival.isTooLarge)
         return 0;
-    if (!isGood || !arrival.request.take) {
+    if (!arrival.request.take) {
         arrival.reply.body.append(bytes, count);
         return count;
     }
-    arrival.isGivenUp = !arrival.request.take(std::as_bytes(std::span(bytes, count)));
-    return arrival.isGivenUp ? 0 : count;
+    arrival.isRefused = !arrival.request.take(std::as_bytes(std::span(bytes, count)));
+    return arrival.isRefused ? 0 : count;
 }
 
 std::size_t OnHeader(char* bytes, std::size_t /*one*/, std::size_t count, void* context)
@@ -88,12 +95,12 @@ std::size_t OnHeader(char* bytes, std::size_t /*one*/, std::size_t count, void* 
 int OnProgress(void* context, curl_off_t /*downTotal*/, curl_off_t /*down*/, curl_off_t /*upTotal*/,
                curl_off_t /*up*/)
 {
-    return static_cast<Arrival*>(context)->isCancelled ? 1 : 0;
+    return static_cast<Arrival*>(context)->isUnwanted() ? 1 : 0;
 }
 
 Fault FaultOfTransfer(CURLcode result, const Arrival& arrival, const std::string& server, const char* detail)
 {
-    if (arrival.isCancelled)
+    if (arrival.isUnwanted())
         return {faultcode::cancelled, "the request was given up"};
     if (arrival.isTooLarge)
         return {faultcode::badReply, "the project server's answer is larger than any answer can be"};
@@ -124,7 +131,7 @@ public:
         curl_easy_reset(m_handle);
         Arrival arrival{m_handle, request, isCancelled, {}};
         const auto headers = setRequest(request, settings);
-        setLimits(request);
+        setLimits(request, settings.limits);
         char detail[CURL_ERROR_SIZE] = "";
         curl_easy_setopt(m_handle, CURLOPT_ERRORBUFFER, detail);
         curl_easy_setopt(m_handle, CURLOPT_WRITEFUNCTION, OnBytes);
@@ -140,7 +147,7 @@ public:
         curl_easy_getinfo(m_handle, CURLINFO_RESPONSE_CODE, &status);
         auto& reply = arrival.reply;
         reply.status = static_cast<unsigned>(status);
-        if (result != CURLE_OK && !arrival.isGivenUp)
+        if (result != CURLE_OK && !arrival.isRefused)
             reply.fault = FaultOfTransfer(result, arrival, settings.server, detail);
         else if ((status < 200 || status >= 300) && status != 304)
             reply.fault = FaultOfAnswer(reply.status, reply.body);
@@ -172,13 +179,13 @@ private:
         return headers;
     }
 
-    void setLimits(const Request& request)
+    void setLimits(const Request& request, const Limits& limits)
     {
         curl_easy_setopt(m_handle, CURLOPT_NOSIGNAL, 1L);
-        curl_easy_setopt(m_handle, CURLOPT_CONNECTTIMEOUT, connectSeconds);
-        curl_easy_setopt(m_handle, CURLOPT_TIMEOUT, static_cast<long>(request.timeout.count()));
-        curl_easy_setopt(m_handle, CURLOPT_LOW_SPEED_TIME, slowSeconds);
-        curl_easy_setopt(m_handle, CURLOPT_LOW_SPEED_LIMIT, slowBytesPerSecond);
+        curl_easy_setopt(m_handle, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(limits.connecting.count()));
+        curl_easy_setopt(m_handle, CURLOPT_TIMEOUT_MS, static_cast<long>(request.timeout.count()));
+        curl_easy_setopt(m_handle, CURLOPT_LOW_SPEED_TIME, limits.slowSeconds);
+        curl_easy_setopt(m_handle, CURLOPT_LOW_SPEED_LIMIT, limits.slowBytes);
         curl_easy_setopt(m_handle, CURLOPT_BUFFERSIZE, request.take ? receiveBuffer : 16L * 1024L);
         curl_easy_setopt(m_handle, CURLOPT_TCP_NODELAY, 1L);
     }
@@ -217,6 +224,12 @@ void Client::setCookies(const std::string& cookies)
 {
     const std::lock_guard lock(m_mutex);
     m_settings.cookies = IsHeaderText(cookies) ? cookies : std::string();
+}
+
+void Client::setLimits(const Limits& limits)
+{
+    const std::lock_guard lock(m_mutex);
+    m_settings.limits = limits;
 }
 
 Client::Settings Client::settings() const

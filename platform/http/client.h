@@ -17,6 +17,13 @@
 namespace http
 {
 
+/// Nothing may take for ever.
+struct Limits {
+    std::chrono::milliseconds connecting{5000};
+    long slowBytes = 512;  ///< an exchange that brings fewer bytes a second than this...
+    long slowSeconds = 15; ///< ...for so long is given up
+};
+
 /// A request to the project server.
 struct Request {
     std::string method = "GET";
@@ -24,12 +31,15 @@ struct Request {
     std::vector<std::pair<std::string, std::string>> headers{};
     std::string contentType{};
     std::string body{};
-    std::chrono::seconds timeout{10}; ///< for the whole exchange; 0: as long as bytes keep coming
+    std::chrono::milliseconds timeout{10000}; ///< for the whole exchange; 0: as long as bytes keep coming
     std::size_t largestReply = 64U << 20U;
 
     /// Takes the bytes of a successful answer as they come; false gives the request up. Without it the bytes
     /// are gathered in Reply::body.
     std::function<bool(std::span<const std::byte>)> take{};
+
+    /// Once it is set the request is given up, within a second. May be null.
+    const std::atomic<bool>* isGivenUp = nullptr;
 };
 
 struct Reply {
@@ -56,6 +66,7 @@ public:
     [[nodiscard]] bool setServer(const std::string& address);
     void setToken(const std::string& token);
     void setCookies(const std::string& cookies);
+    void setLimits(const Limits& limits);
 
     [[nodiscard]] Reply send(const Request& request);
 
@@ -71,6 +82,7 @@ private:
         std::string server;
         std::string token;
         std::string cookies;
+        Limits limits{};
     };
 
     [[nodiscard]] Settings settings() const;

@@ -3,29 +3,30 @@
 
 #include "ZRSmartDB/zrdatabase.h"
 #include "http/client.h"
-#include "smartdb/lasterror.h"
+#include "smartdb/disk/disk.h"
+#include "smartdb/localprojects.h"
 #include "smartdb/net/netaccess.h"
 #include "smartdb/net/statetable.h"
 #include "smartdb/net/taskqueue.h"
-#include "smartdb/project.h"
 #include "smartdb/upgrader.h"
 
+#include <filesystem>
 #include <memory>
-#include <mutex>
-#include <unordered_map>
 
 namespace ZRSmartDB
 {
 
-/// The project database of the contract.
+/// The project database of the contract: the border at which failures become answers. What is on this machine
+/// is LocalProjects' business, how a project comes from the server Download's, how it stands there
+/// StateTable's.
 class Database final : public IZRDatabase
 {
 public:
-    Database();
+    explicit Database(const std::shared_ptr<Disk>& disk = LocalDisk());
     ~Database();
 
     [[nodiscard]] bool setServer(const std::string& address) { return m_client.setServer(address); }
-    [[nodiscard]] bool isOpen(const ZRSmartFormat::SZRFTGuid& guid) const;
+    void setLimits(const http::Limits& limits) { m_client.setLimits(limits); }
 
     void SetUp(int flags) override;
     [[nodiscard]] IZRProject* OpenProject(const ZRSmartFormat::SZRFTGuid& guid,
@@ -62,26 +63,15 @@ public:
 private:
     using Guid = ZRSmartFormat::SZRFTGuid;
 
-    [[nodiscard]] Project* find(const Guid& guid) const;
-    [[nodiscard]] Project* open(const Guid& guid, const std::filesystem::path& dataFolder);
-    [[nodiscard]] bool download(const Guid& guid, const std::wstring& dataFolder, bool withModels);
-    [[nodiscard]] bool isOnDisk(const Guid& guid, const std::wstring& dataFolder);
-    [[nodiscard]] std::filesystem::path takeOut(const Guid& guid);
+    void download(const Guid& guid, const std::filesystem::path& dataFolder, bool withModels);
 
     http::Client m_client;
-    LastError m_lastError;
+    const std::shared_ptr<LocalProjects> m_local;
     StateTable m_states;
     TaskQueue m_queue;
     NetAccess m_netAccess;
     Upgrader m_upgrader;
     bool m_isSetUp = false;
-
-    mutable std::recursive_mutex m_mutex; ///< protects everything below; held while a project is read, never
-                                          ///< while the server is asked
-    std::unordered_map<Guid, std::unique_ptr<Project>> m_projects;
-    std::unordered_map<Guid, std::filesystem::path>
-        m_dataFolderOfModels;           ///< models of open building projects
-    std::filesystem::path m_dataFolder; ///< named last
 };
 
 } // namespace ZRSmartDB

@@ -1,135 +1,163 @@
 // SPDX-License-Identifier: MIT
 #include "smartdb/modelstore.h"
 
+#include "smartdb/data/modelfolder.h"
 #include "smartdb/data/projectfile.h"
+#include "smartdb/failure.h"
+#include "smartdb/modeluse.h"
 #include "smartdb/project.h"
 #include "smartdb/text.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace ZRSmartDB
 {
 
-ZRSmartFormat::SZRFTGuid ModelRecord::GetGuid() const
+class ModelRecord final : public IZRModelRecord
 {
-    return GuidOf(m_data.guid);
+public:
+    explicit ModelRecord(ModelData data)
+        : m_data(std::move(data))
+    {
+    }
+
+    [[nodiscard]] ZRSmartFormat::SZRFTGuid GetGuid() const override { return GuidOf(m_data.guid); }
+    [[nodiscard]] std::wstring GetName() const override { return WideOf(m_data.name); }
+    [[nodiscard]] std::wstring GetType() const override { return WideOf(m_data.type); }
+    [[nodiscard]] std::wstring GetAttribute(const std::wstring& key) const override
+    {
+        const auto attribute = m_data.attributes.find(Utf8Of(key));
+        return attribute != m_data.attributes.end() ? WideOf(attribute->second) : std::wstring();
+    }
+
+    [[nodiscard]] const std::string& guid() const { return m_data.guid; }
+
+private:
+    const ModelData m_data;
+};
+
+ModelStore::ModelStore(const Project& project, ModelUse& use)
+    : m_project(project)
+    , m_use(use)
+{
 }
 
-std::wstring ModelRecord::GetName() const
-{
-    return WideOf(m_data.name);
-}
-
-std::wstring ModelRecord::GetType() const
-{
-    return WideOf(m_data.type);
-}
-
-std::wstring ModelRecord::GetAttribute(const std::wstring& key) const
-{
-    const auto attribute = m_data.attributes.find(Utf8Of(key));
-    return attribute != m_data.attributes.end() ? WideOf(attribute->second) : std::wstring();
-}
+ModelStore::~ModelStore() = default;
 
 void ModelStore::load() const
 {
     if (m_isLoaded)
         return;
-    try {
-        for (auto& data : ProjectFile(m_project.folder()).readModels())
-            m_records.push_back(std::make_unique<ModelRecord>(std::move(data)));
-        m_isLoaded = true;
-    } catch (const ProjectFileError&) {
-        // The project opened a moment ago; whoever asks again finds the models, or the project gone.
-        m_records.clear();
-    }
+    for (auto& data : ProjectFile(m_project.folder()).readModels())
+        m_records.push_back(std::make_unique<ModelRecord>(std::move(data)));
+    m_isLoaded = true;
 }
 
 ModelRecord* ModelStore::find(const std::string& guid) const
 {
+    load();
     const auto found = std::find_if(m_records.begin(), m_records.end(),
-                                    [&](const auto& record) { return record->data().guid == guid; });
+                                    [&](const auto& record) { return record->guid() == guid; });
     return found != m_records.end() ? found->get() : nullptr;
 }
 
-bool ModelStore::change(const std::string& added, const std::string& removed, const std::wstring& dataFolder)
+ModelRecord& ModelStore::require(const std::string& guid) const
 {
-    const std::lock_guard lock(m_mutex);
-    load();
-    try {
-        ProjectChange change;
-        if (!added.empty()) {
-            const auto head = ProjectFile(ProjectFolder(PathOf(dataFolder), added)).readHead();
-            change.putModels.push_back({added, head.name, head.type, head.attributes});
-        }
-        if (!removed.empty())
-            change.removedModels.push_back(removed);
-        ProjectFile(m_project.folder()).write(change);
-        std::erase_if(m_records, [&](const auto& record) {
-            return record->data().guid == removed || record->data().guid == added;
-        });
-        for (auto& data : change.putModels)
-            m_records.push_back(std::make_unique<ModelRecord>(std::move(data)));
-    } catch (const ProjectFileError&) {
-        return false;
-    }
-    std::vector<std::string> guids;
-    for (const auto& record : m_records) {
-        if (record->data().type == "MODEL")
-            guids.push_back(record->data().guid);
-    }
-    m_project.setModelGuids(std::move(guids));
-    return true;
+    if (auto* record = find(guid))
+        return *record;
+    throw Failure(localcode::notHere, "the project has no model " + guid);
+}
+
+void ModelStore::requireNone(const std::string& guid) const
+{
+    if (find(guid) != nullptr)
+        throw Failure(localcode::exists, "the project has the model already: " + guid);
+}
+
+void ModelStore::replace(const std::string& removed, const std::string& added, const std::wstring& dataFolder)
+{
+    auto data = AdoptModel(PathOf(dataFolder), added);
+    ProjectChange change;
+    change.putModels.push_back(data);
+    if (!removed.empty())
+        change.removedModels.push_back(removed);
+    ProjectFile(m_project.folder()).write(change);
+    std::erase_if(m_records, [&](const auto& record) { return record->guid() == removed; });
+    m_records.push_back(std::make_unique<ModelRecord>(std::move(data)));
+    m_use.added(m_project.GetGuid(), GuidOf(added));
+}
+
+void ModelStore::letGoOf(const std::string& guid)
+{
+    m_use.removed(m_project.GetGuid(), GuidOf(guid));
+    // The project is right already; a folder that cannot be removed is not worth a failure.
+    AtBorder([&] { m_use.removeIfUnused(m_project.dataFolder(), GuidOf(guid)); });
 }
 
 bool ModelStore::ImportModelProj(const ZRSmartFormat::SZRFTGuid& model, const std::wstring& dataFolder)
 {
-    return change(GuidTextOf(model), {}, dataFolder);
+    return AtBorder(false, [&] {
+        const std::lock_guard lock(m_mutex);
+        requireNone(GuidTextOf(model));
+        replace({}, GuidTextOf(model), dataFolder);
+        return true;
+    });
 }
 
 bool ModelStore::UpdateModelProj(const ZRSmartFormat::SZRFTGuid& oldModel,
                                  const ZRSmartFormat::SZRFTGuid& newModel, const std::wstring& dataFolder)
 {
-    return change(GuidTextOf(newModel), GuidTextOf(oldModel), dataFolder);
+    return AtBorder(false, [&] {
+        const std::lock_guard lock(m_mutex);
+        static_cast<void>(require(GuidTextOf(oldModel)));
+        requireNone(GuidTextOf(newModel));
+        replace(GuidTextOf(oldModel), GuidTextOf(newModel), dataFolder);
+        letGoOf(GuidTextOf(oldModel));
+        return true;
+    });
 }
 
 void ModelStore::RemoveModelProj(const ZRSmartFormat::SZRFTGuid& model)
 {
-    if (HasModelProj(model))
-        static_cast<void>(change({}, GuidTextOf(model), {}));
+    AtBorder([&] {
+        const std::lock_guard lock(m_mutex);
+        const auto guid = GuidTextOf(model);
+        if (find(guid) == nullptr)
+            return;
+        ProjectChange change;
+        change.removedModels.push_back(guid);
+        ProjectFile(m_project.folder()).write(change);
+        std::erase_if(m_records, [&](const auto& record) { return record->guid() == guid; });
+        letGoOf(guid);
+    });
 }
 
 bool ModelStore::HasModelProj(const ZRSmartFormat::SZRFTGuid& model) const
 {
-    const std::lock_guard lock(m_mutex);
-    load();
-    return find(GuidTextOf(model)) != nullptr;
+    return AtBorder(false, [&] {
+        const std::lock_guard lock(m_mutex);
+        return find(GuidTextOf(model)) != nullptr;
+    });
 }
 
 void ModelStore::GetModelProjIds(std::vector<ZRSmartFormat::SZRFTGuid>& models) const
 {
-    const std::lock_guard lock(m_mutex);
-    load();
     models.clear();
-    for (const auto& record : m_records)
-        models.push_back(record->GetGuid());
+    AtBorder([&] {
+        const std::lock_guard lock(m_mutex);
+        load();
+        for (const auto& record : m_records)
+            models.push_back(record->GetGuid());
+    });
 }
 
 IZRModelRecord* ModelStore::GetModelProj(const ZRSmartFormat::SZRFTGuid& model)
 {
-    const std::lock_guard lock(m_mutex);
-    load();
-    return find(GuidTextOf(model));
-}
-
-std::vector<std::pair<std::string, std::string>> ModelStore::types() const
-{
-    const std::lock_guard lock(m_mutex);
-    load();
-    std::vector<std::pair<std::string, std::string>> types;
-    for (const auto& record : m_records)
-        types.emplace_back(record->data().guid, record->data().type);
-    return types;
+    return AtBorder<IZRModelRecord*>(nullptr, [&]() -> IZRModelRecord* {
+        const std::lock_guard lock(m_mutex);
+        return find(GuidTextOf(model));
+    });
 }
 
 } // namespace ZRSmartDB

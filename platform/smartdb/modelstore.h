@@ -4,42 +4,24 @@
 #include "ZRSmartDB/zrmodelstore.h"
 #include "smartdb/data/projectdata.h"
 
-#include <map>
 #include <memory>
 #include <mutex>
+#include <string>
+#include <vector>
 
 namespace ZRSmartDB
 {
 
+class ModelRecord;
+class ModelUse;
 class Project;
-
-class ModelRecord final : public IZRModelRecord
-{
-public:
-    explicit ModelRecord(ModelData data)
-        : m_data(std::move(data))
-    {
-    }
-
-    [[nodiscard]] ZRSmartFormat::SZRFTGuid GetGuid() const override;
-    [[nodiscard]] std::wstring GetName() const override;
-    [[nodiscard]] std::wstring GetType() const override;
-    [[nodiscard]] std::wstring GetAttribute(const std::wstring& key) const override;
-
-    [[nodiscard]] const ModelData& data() const { return m_data; }
-
-private:
-    ModelData m_data;
-};
 
 /// The models of an open building project, read at first use; changes go to disk at once. Any thread.
 class ModelStore final : public IZRModelStore
 {
 public:
-    explicit ModelStore(Project& project)
-        : m_project(project)
-    {
-    }
+    ModelStore(const Project& project, ModelUse& use);
+    ~ModelStore();
 
     [[nodiscard]] bool ImportModelProj(const ZRSmartFormat::SZRFTGuid& model,
                                        const std::wstring& dataFolder) override;
@@ -51,18 +33,19 @@ public:
     void GetModelProjIds(std::vector<ZRSmartFormat::SZRFTGuid>& models) const override;
     [[nodiscard]] IZRModelRecord* GetModelProj(const ZRSmartFormat::SZRFTGuid& model) override;
 
-    /// Guid and type text of every model.
-    [[nodiscard]] std::vector<std::pair<std::string, std::string>> types() const;
-
 private:
     void load() const;
     [[nodiscard]] ModelRecord* find(const std::string& guid) const;
-    /// Takes in `added`, unless it is empty, and takes out `removed`, unless it is empty, in one transaction.
-    [[nodiscard]] bool change(const std::string& added, const std::string& removed,
-                              const std::wstring& dataFolder);
+    [[nodiscard]] ModelRecord& require(const std::string& guid) const;
+    void requireNone(const std::string& guid) const;
 
-    Project& m_project;
-    mutable std::mutex m_mutex; ///< protects the records
+    /// Takes `added` in and `removed`, unless it is empty, out, in one transaction.
+    void replace(const std::string& removed, const std::string& added, const std::wstring& dataFolder);
+    void letGoOf(const std::string& guid);
+
+    const Project& m_project;
+    ModelUse& m_use;
+    mutable std::mutex m_mutex; ///< protects the records, and lets changes come one after the other
     mutable bool m_isLoaded = false;
     mutable std::vector<std::unique_ptr<ModelRecord>> m_records; ///< in the order in which they were taken in
 };

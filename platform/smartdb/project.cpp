@@ -2,65 +2,49 @@
 #include "smartdb/project.h"
 
 #include "smartdb/data/projectfile.h"
-#include "smartdb/modelstore.h"
+#include "smartdb/failure.h"
 #include "smartdb/text.h"
-#include "wire/projectfolder.h"
 
+#include <cmath>
 #include <utility>
 
 namespace ZRSmartDB
 {
 
-SceneObject::SceneObject(Project& project, ObjectData data)
-    : m_project(project)
-    , m_data(std::move(data))
+namespace
 {
+
+constexpr const char* buildingType = "BIM";
+constexpr const char* pictureFile = "projimage.jpg";
+
+/// What is no number cannot be stored; a text that does not parse counts as 0 elsewhere too.
+double Coordinate(double value)
+{
+    return std::isfinite(value) ? value : 0.0;
 }
 
-ZRSmartFormat::SZRFTGuid SceneObject::GetGuid() const
-{
-    return GuidOf(m_data.guid);
-}
+} // namespace
 
-ZRSmartFormat::SZRFTGuid SceneObject::GetLinkedProj() const
+Project::Project(const ZRSmartFormat::SZRFTGuid& guid, std::filesystem::path dataFolder, ModelUse& use)
+    : m_guid(guid)
+    , m_dataFolder(std::move(dataFolder))
+    , m_folder(ProjectFolder(m_dataFolder, GuidTextOf(guid)))
+    , m_models(*this, use)
 {
-    return GuidOf(m_data.link);
-}
-
-void SceneObject::SetObjectText(const std::wstring& text)
-{
-    const std::lock_guard lock(m_project.m_mutex);
-    m_data.text = Utf8Of(text);
-    m_project.m_areObjectsChanged = true;
-}
-
-std::wstring SceneObject::GetObjectText() const
-{
-    const std::lock_guard lock(m_project.m_mutex);
-    return WideOf(m_data.text);
-}
-
-ObjectData SceneObject::data() const
-{
-    const std::lock_guard lock(m_project.m_mutex);
-    return m_data;
-}
-
-Project::Project(std::filesystem::path folder)
-    : m_folder(std::move(folder))
-{
-    m_stamp = stampOfFiles();
+    std::error_code missing;
+    if (!std::filesystem::exists(DatabaseIn(m_folder), missing))
+        throw Failure(localcode::notHere, "the project " + GuidTextOf(guid) + " is not on this machine");
     m_head = ProjectFile(m_folder).readHead();
-    m_diskState = {m_head.changeCounter, ReadSyncState(m_folder)};
-    if (m_head.type == "BIM")
-        m_models = std::make_unique<ModelStore>(*this);
+    if (GuidOf(m_head.guid) != guid)
+        throw Failure(localcode::damaged, m_folder.string() + " holds another project than its name says");
+    m_savedHead = m_head;
 }
 
 Project::~Project() = default;
 
 ZRSmartFormat::SZRFTGuid Project::GetGuid() const
 {
-    return GuidOf(m_head.guid);
+    return m_guid;
 }
 
 ZRIMGeometryModel::CZRIMPosition Project::GetPosition() const
@@ -72,43 +56,38 @@ ZRIMGeometryModel::CZRIMPosition Project::GetPosition() const
 void Project::SetPosition(const ZRIMGeometryModel::CZRIMPosition& position)
 {
     const std::lock_guard lock(m_mutex);
-    m_head.longitude = position.GetX();
-    m_head.latitude = position.GetY();
-    m_head.height = position.GetZ();
-    m_isHeadChanged = true;
+    m_head.longitude = Coordinate(position.GetX());
+    m_head.latitude = Coordinate(position.GetY());
+    m_head.height = Coordinate(position.GetZ());
 }
 
 std::wstring Project::GetName() const
 {
-    const std::lock_guard lock(m_mutex);
-    return WideOf(m_head.name);
+    return get(&ProjectHead::name);
 }
 
 void Project::SetName(const std::wstring& name)
 {
-    const std::lock_guard lock(m_mutex);
-    m_head.name = Utf8Of(name);
-    m_isHeadChanged = true;
+    set(&ProjectHead::name, name);
 }
 
 std::wstring Project::GetType() const
 {
-    const std::lock_guard lock(m_mutex);
-    return WideOf(m_head.type);
+    return get(&ProjectHead::type);
 }
 
 void Project::SetType(const std::wstring& type)
 {
-    const std::lock_guard lock(m_mutex);
-    m_head.type = Utf8Of(type);
-    m_isHeadChanged = true;
+    set(&ProjectHead::type, type);
 }
 
 void Project::SetAttr(const std::wstring& key, const std::wstring& value)
 {
     const std::lock_guard lock(m_mutex);
-    m_head.attributes[Utf8Of(key)] = Utf8Of(value);
-    m_isHeadChanged = true;
+    const auto name = Utf8Of(key);
+    // What was never set reads as empty, so that setting it to the empty text changes nothing.
+    if (!value.empty() || m_head.attributes.contains(name))
+        m_head.attributes[name] = Utf8Of(value);
 }
 
 std::wstring Project::GetAttr(const std::wstring& key) const
@@ -120,32 +99,28 @@ std::wstring Project::GetAttr(const std::wstring& key) const
 
 void Project::SetIotCode(const std::wstring& code)
 {
-    const std::lock_guard lock(m_mutex);
-    m_head.iotCode = Utf8Of(code);
-    m_isHeadChanged = true;
+    set(&ProjectHead::iotCode, code);
 }
 
 std::wstring Project::GetIotCode() const
 {
-    const std::lock_guard lock(m_mutex);
-    return WideOf(m_head.iotCode);
+    return get(&ProjectHead::iotCode);
 }
 
 void Project::SetProj4(const std::wstring& parameters)
 {
-    const std::lock_guard lock(m_mutex);
-    m_head.proj4 = Utf8Of(parameters);
-    m_isHeadChanged = true;
+    set(&ProjectHead::proj4, parameters);
 }
 
 std::wstring Project::GetProj4() const
 {
-    const std::lock_guard lock(m_mutex);
-    return WideOf(m_head.proj4);
+    return get(&ProjectHead::proj4);
 }
 
 void Project::SetTemplate(const std::wstring& text)
 {
+    if (GetTemplate() == text)
+        return;
     const std::lock_guard lock(m_mutex);
     m_template = Utf8Of(text);
     m_isTemplateChanged = true;
@@ -153,28 +128,24 @@ void Project::SetTemplate(const std::wstring& text)
 
 std::wstring Project::GetTemplate() const
 {
-    const std::lock_guard lock(m_mutex);
-    try {
+    return AtBorder(std::wstring(), [this] {
+        const std::lock_guard lock(m_mutex);
         if (!m_template)
             m_template = ProjectFile(m_folder).readTemplate();
-    } catch (const ProjectFileError&) {
-        return {};
-    }
-    return WideOf(*m_template);
+        return WideOf(*m_template);
+    });
 }
 
 std::wstring Project::GetImagePath() const
 {
-    const auto picture = m_folder / "projimage.jpg";
-    std::error_code missing;
-    if (!std::filesystem::exists(picture, missing))
-        return {};
-    return WideOf(std::filesystem::absolute(picture, missing).string());
+    std::error_code error;
+    const auto picture = std::filesystem::absolute(m_folder / pictureFile, error);
+    return std::filesystem::exists(picture, error) ? WideOf(TextOfPath(picture)) : std::wstring();
 }
 
 IZRModelStore* Project::GetModelStore()
 {
-    return m_models.get();
+    return type() == buildingType ? &m_models : nullptr;
 }
 
 std::string Project::type() const
@@ -193,7 +164,6 @@ void Project::setNote(const std::string& note)
 {
     const std::lock_guard lock(m_mutex);
     m_head.note = note;
-    m_isHeadChanged = true;
 }
 
 std::vector<IZRSceneObject*> Project::objects()
@@ -219,64 +189,40 @@ std::vector<std::string> Project::modelGuids() const
     return m_head.modelGuids;
 }
 
-void Project::setModelGuids(std::vector<std::string> guids)
-{
-    const std::lock_guard lock(m_mutex);
-    m_head.modelGuids = std::move(guids);
-}
-
 bool Project::isDirty() const
 {
     const std::lock_guard lock(m_mutex);
-    return m_isHeadChanged || m_isTemplateChanged || m_areObjectsChanged;
+    return m_head != m_savedHead || m_isTemplateChanged || !m_changedObjects.empty();
 }
 
 void Project::save()
 {
     if (!isDirty())
         return;
-    std::vector<ObjectData> objects;
-    if (m_objects) {
-        for (const auto& object : *m_objects)
-            objects.push_back(object->data());
-    }
     const std::lock_guard lock(m_mutex);
     ProjectChange change;
-    if (m_isHeadChanged)
-        change.head = &m_head;
+    change.head = &m_head;
+    change.headBefore = &m_savedHead;
     if (m_isTemplateChanged)
         change.propertyTemplate = &*m_template;
-    if (m_areObjectsChanged)
-        change.objects = &objects;
-    m_head.changeCounter = ProjectFile(m_folder).write(change);
-    m_isHeadChanged = m_isTemplateChanged = m_areObjectsChanged = false;
+    for (const auto* object : m_changedObjects)
+        change.objectTexts[object->m_data.guid] = object->m_data.text;
+    ProjectFile(m_folder).write(change);
+    m_savedHead = m_head;
+    m_isTemplateChanged = false;
+    m_changedObjects.clear();
 }
 
-Project::Stamp Project::stampOfFiles() const
-{
-    Stamp stamp{};
-    const auto database = m_folder / std::string(wire::projectDatabaseName);
-    const std::array files = {database, std::filesystem::path(database.string() + "-wal"),
-                              m_folder / std::string(wire::syncStateName)};
-    for (std::size_t i = 0; i < files.size(); ++i) {
-        std::error_code missing;
-        stamp[i].second = std::filesystem::file_size(files[i], missing);
-        if (!missing)
-            stamp[i].first = std::filesystem::last_write_time(files[i], missing);
-    }
-    return stamp;
-}
-
-Project::DiskState Project::diskState()
+void Project::set(std::string ProjectHead::*member, const std::wstring& value)
 {
     const std::lock_guard lock(m_mutex);
-    // Taken before the reading: what is written meanwhile is found the next time.
-    const auto stamp = stampOfFiles();
-    if (stamp != m_stamp) {
-        m_diskState = {ProjectFile(m_folder).readChangeCounter(), ReadSyncState(m_folder)};
-        m_stamp = stamp;
-    }
-    return m_diskState;
+    m_head.*member = Utf8Of(value);
+}
+
+std::wstring Project::get(std::string ProjectHead::*member) const
+{
+    const std::lock_guard lock(m_mutex);
+    return WideOf(m_head.*member);
 }
 
 } // namespace ZRSmartDB

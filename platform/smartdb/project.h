@@ -2,49 +2,33 @@
 #pragma once
 
 #include "ZRSmartDB/zrproject.h"
-#include "ZRSmartDB/zrsceneobject.h"
 #include "smartdb/data/projectdata.h"
-#include "smartdb/data/syncstate.h"
+#include "smartdb/modelstore.h"
+#include "smartdb/sceneobject.h"
 
-#include <array>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
 namespace ZRSmartDB
 {
 
-class ModelStore;
-class Project;
-
-/// An object of an open scene.
-class SceneObject final : public IZRSceneObject
-{
-public:
-    SceneObject(Project& project, ObjectData data);
-
-    [[nodiscard]] ZRSmartFormat::SZRFTGuid GetGuid() const override;
-    [[nodiscard]] ZRSmartFormat::SZRFTGuid GetLinkedProj() const override;
-    void SetObjectText(const std::wstring& text) override;
-    [[nodiscard]] std::wstring GetObjectText() const override;
-
-    /// A copy of everything that is known of the object.
-    [[nodiscard]] ObjectData data() const;
-
-private:
-    Project& m_project;
-    ObjectData m_data; ///< under the project's mutex
-};
+class ModelUse;
 
 /// An open project. Its head is read when it is opened, the rest when it is asked for. Any thread.
+///
+/// A save writes what was set here to another value and nothing else, so that it neither undoes what another
+/// process has written meanwhile nor makes a project modified that is not.
 class Project final : public IZRProject
 {
 public:
-    /// Reads the project in `folder`. Throws ProjectFileError.
-    explicit Project(std::filesystem::path folder);
+    /// Reads the project `guid` in a data folder. Throws Failure. `use` hears of the models that come and go.
+    Project(const ZRSmartFormat::SZRFTGuid& guid, std::filesystem::path dataFolder, ModelUse& use);
     ~Project();
 
     [[nodiscard]] ZRSmartFormat::SZRFTGuid GetGuid() const override;
@@ -65,52 +49,43 @@ public:
     [[nodiscard]] std::wstring GetImagePath() const override;
     [[nodiscard]] IZRModelStore* GetModelStore() override;
 
+    [[nodiscard]] const std::filesystem::path& dataFolder() const { return m_dataFolder; }
     [[nodiscard]] const std::filesystem::path& folder() const { return m_folder; }
     [[nodiscard]] std::string type() const;
     [[nodiscard]] std::string note() const;
     void setNote(const std::string& note);
 
-    /// The objects, read at the first call. Throws ProjectFileError.
+    /// The objects, read at the first call. Throws Failure.
     [[nodiscard]] std::vector<IZRSceneObject*> objects();
 
-    /// Guids of the assigned models that are projects of their own.
+    /// Guids of the assigned models that are projects of their own, as they were when the project was opened.
     [[nodiscard]] std::vector<std::string> modelGuids() const;
-    void setModelGuids(std::vector<std::string> guids);
 
-    /// Writes what was changed since the last time. Throws ProjectFileError; the changes then stay in memory.
+    /// Writes what was changed since the last time, in one transaction. Throws Failure; the changes then stay
+    /// in memory.
     void save();
 
     /// Changed in memory and not written yet.
     [[nodiscard]] bool isDirty() const;
 
-    /// The project's counter and its memory of the server, as they stand on disk: another process may have
-    /// written.
-    struct DiskState {
-        std::int64_t changeCounter = 0;
-        std::optional<SyncState> sync;
-    };
-    /// Throws ProjectFileError.
-    [[nodiscard]] DiskState diskState();
-
 private:
     friend class SceneObject;
 
-    /// By what it is seen that somebody has written into the folder.
-    using Stamp = std::array<std::pair<std::filesystem::file_time_type, std::uintmax_t>, 3>;
+    void set(std::string ProjectHead::*member, const std::wstring& value);
+    [[nodiscard]] std::wstring get(std::string ProjectHead::*member) const;
 
-    [[nodiscard]] Stamp stampOfFiles() const;
+    const ZRSmartFormat::SZRFTGuid m_guid;
+    const std::filesystem::path m_dataFolder;
+    const std::filesystem::path m_folder;
 
-    std::filesystem::path m_folder;
-    mutable std::mutex m_mutex; ///< protects everything below
+    mutable std::mutex m_mutex; ///< protects everything below but m_models, which protects itself
     ProjectHead m_head;
-    mutable std::optional<std::string> m_template;
-    std::optional<std::vector<std::unique_ptr<SceneObject>>> m_objects;
-    std::unique_ptr<ModelStore> m_models;
-    bool m_isHeadChanged = false;
+    ProjectHead m_savedHead;
+    mutable std::optional<std::string> m_template; ///< read at first use
     bool m_isTemplateChanged = false;
-    bool m_areObjectsChanged = false;
-    Stamp m_stamp{};
-    DiskState m_diskState;
+    std::optional<std::vector<std::unique_ptr<SceneObject>>> m_objects; ///< read at first use
+    std::set<const SceneObject*> m_changedObjects;
+    ModelStore m_models;
 };
 
 } // namespace ZRSmartDB

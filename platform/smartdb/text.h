@@ -5,37 +5,21 @@
 
 #include <filesystem>
 #include <string>
-
-#include <QString>
+#include <string_view>
 
 namespace ZRSmartDB
 {
 
 // The contract speaks wide texts, files and wire speak UTF-8.
 
-[[nodiscard]] inline std::string Utf8Of(const std::wstring& text)
-{
-    return QString::fromStdWString(text).toStdString();
-}
+[[nodiscard]] std::string Utf8Of(std::wstring_view text);
+[[nodiscard]] std::wstring WideOf(std::string_view text);
 
-[[nodiscard]] inline std::wstring WideOf(const std::string& text)
-{
-    return QString::fromStdString(text).toStdWString();
-}
+[[nodiscard]] std::filesystem::path PathOf(std::wstring_view text);
+[[nodiscard]] std::filesystem::path PathOfUtf8(std::string_view text);
+[[nodiscard]] std::string TextOfPath(const std::filesystem::path& path); ///< with "/" between names
 
-[[nodiscard]] inline std::filesystem::path PathOf(const std::wstring& text)
-{
-    return std::filesystem::u8path(Utf8Of(text));
-}
-
-[[nodiscard]] inline std::string GuidTextOf(const ZRSmartFormat::SZRFTGuid& guid)
-{
-    return Utf8Of(ZRSmartFormat::GuidToText(guid));
-}
-
-[[nodiscard]] inline ZRSmartFormat::SZRFTGuid GuidOf(const std::string& text)
-{
-    return ZRSmartFormat::GuidFromText(WideOf(text));
-}
+[[nodiscard]] std::string GuidTextOf(const ZRSmartFormat::SZRFTGuid& guid);
+[[nodiscard]] ZRSmartFormat::SZRFTGuid GuidOf(std::string_view text);
 
 } // namespace ZRSmartDB

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "smartdb/upgrader.h"
 
-#include "smartdb/data/projectfile.h"
-#include "smartdb/database.h"
+#include "smartdb/failure.h"
+#include "smartdb/localprojects.h"
 #include "smartdb/text.h"
 
 namespace ZRSmartDB
@@ -10,22 +10,15 @@ namespace ZRSmartDB
 
 bool Upgrader::NeedUpgrade(const ZRSmartFormat::SZRFTGuid& guid, const std::wstring& dataFolder)
 {
-    // What is open is current; asking costs nothing then.
-    if (m_database.isOpen(guid))
-        return false;
-    const auto folder = ProjectFolder(PathOf(dataFolder), GuidTextOf(guid));
-    return ProjectFile::formatOf(folder) == ProjectFile::Format::older;
+    return AtBorder(false, [&] { return m_local.needsUpgrade(guid, PathOf(dataFolder)); });
 }
 
 bool Upgrader::Upgrade(const ZRSmartFormat::SZRFTGuid& guid, const std::wstring& dataFolder)
 {
-    try {
-        ProjectFile::upgrade(ProjectFolder(PathOf(dataFolder), GuidTextOf(guid)));
+    return AtBorder(false, [&] {
+        m_local.upgrade(guid, PathOf(dataFolder));
         return true;
-    } catch (const ProjectFileError& problem) {
-        m_lastError.set({localcode::damaged, problem.what()});
-        return false;
-    }
+    });
 }
 
 } // namespace ZRSmartDB

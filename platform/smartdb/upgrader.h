@@ -2,19 +2,17 @@
 #pragma once
 
 #include "ZRSmartDB/zrprojupgrader.h"
-#include "smartdb/lasterror.h"
 
 namespace ZRSmartDB
 {
 
-class Database;
+class LocalProjects;
 
 class Upgrader final : public IZRProjUpgrader
 {
 public:
-    Upgrader(Database& database, LastError& lastError)
-        : m_database(database)
-        , m_lastError(lastError)
+    explicit Upgrader(LocalProjects& local)
+        : m_local(local)
     {
     }
 
@@ -23,8 +21,7 @@ public:
     [[nodiscard]] bool Upgrade(const ZRSmartFormat::SZRFTGuid& guid, const std::wstring& dataFolder) override;
 
 private:
-    Database& m_database;
-    LastError& m_lastError;
+    LocalProjects& m_local;
 };
 
 } // namespace ZRSmartDB

@@ -89,5 +89,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestChildren)
+ROAD_MAIN(TestChildren)
 #include "test_children.moc"

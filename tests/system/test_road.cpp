@@ -78,14 +78,26 @@ private slots:
         QTRY_VERIFY(road::ColoursIn(session->desktop().picture(), Session::view()) > 16);
     }
 
-    void closingTheHomeWindowEndsTheChildren()
+    void closingTheHomeWindowAsksForOpenProjectsAndEndsTheirProcesses()
     {
         QVERIFY(session->enter() && session->download(house) && session->open(house));
-        QVERIFY(session->goHome());
-        QVERIFY(session->closeHome());
+        QVERIFY(session->home().click(QStringLiteral("closeBtn")));
+        QTRY_COMPARE(HomeScreen::textOf(QStringLiteral("messageText")),
+                     QStringLiteral("是否保存所有打开工程"));
+        QVERIFY(session->isNoChildSeen());
+        QVERIFY(session->home().click(QStringLiteral("noBtn")));
+        QTRY_VERIFY(HomeScreen::window() == nullptr);
+        session->leave();
         QTRY_COMPARE(road::Children().size(), 0);
+    }
+
+    void withoutOpenProjectsTheHomeWindowClosesAtOnce()
+    {
+        QVERIFY(session->enter());
+        QVERIFY(session->home().click(QStringLiteral("closeBtn")));
+        QTRY_VERIFY(HomeScreen::window() == nullptr);
     }
 };
 
-QTEST_MAIN(TestRoad)
+ROAD_MAIN(TestRoad)
 #include "test_road.moc"

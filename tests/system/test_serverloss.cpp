@@ -50,5 +50,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestServerLoss)
+ROAD_MAIN(TestServerLoss)
 #include "test_serverloss.moc"

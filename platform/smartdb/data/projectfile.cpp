@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "smartdb/data/projectfile.h"
 
+#include "smartdb/data/databaseaccess.h"
 #include "smartdb/data/schema.h"
+#include "smartdb/failure.h"
+#include "smartdb/text.h"
+#include "wire/manifest.h"
 #include "wire/projectfolder.h"
 
-#include <stdexcept>
-
-#include <SQLiteCpp/SQLiteCpp.h>
 #include <nlohmann/json.hpp>
 
 namespace ZRSmartDB
@@ -17,24 +18,8 @@ namespace
 
 using nlohmann::json;
 
-constexpr int busyMilliseconds = 5000;
-
-std::filesystem::path DatabaseIn(const std::filesystem::path& folder)
-{
-    return folder / std::string(wire::projectDatabaseName);
-}
-
-template<class Work>
-auto Guarded(Work&& work) -> decltype(work())
-{
-    try {
-        return work();
-    } catch (const ProjectFileError&) {
-        throw;
-    } catch (const std::exception& exception) {
-        throw ProjectFileError(std::string("the project's database cannot be used: ") + exception.what());
-    }
-}
+constexpr std::string_view draftEnding = ".tmp";
+const std::string projectPrefix = "proj_";
 
 json JsonObjectOf(const std::string& text)
 {
@@ -55,45 +40,46 @@ TextMap TextMapOf(const std::string& text)
 
 std::string JsonTextOf(const TextMap& map)
 {
-    json object = json::object();
-    for (const auto& [key, value] : map)
-        object[key] = value;
-    return object.dump(-1, ' ', false, json::error_handler_t::replace);
+    return json(map).dump(-1, ' ', false, json::error_handler_t::replace);
 }
 
-ProjectFile::Format FormatOfDatabase(SQLite::Database& database)
+template<class Value>
+void WriteColumn(SQLite::Database& database, const char* column, Value ProjectHead::*member,
+                 const ProjectHead& head, const ProjectHead* before)
 {
-    const int version = database.execAndGet("PRAGMA user_version").getInt();
-    const int application = database.execAndGet("PRAGMA application_id").getInt();
-    if (application != projectApplicationId || version < 1)
-        return ProjectFile::Format::damaged;
-    if (version > currentSchema)
-        return ProjectFile::Format::newer;
-    return version == currentSchema ? ProjectFile::Format::current : ProjectFile::Format::older;
+    if (before != nullptr && before->*member == head.*member)
+        return;
+    SQLite::Statement update(database, std::string("UPDATE project SET ") + column + " = ?");
+    update.bind(1, head.*member);
+    update.exec();
 }
 
-void WriteHead(SQLite::Database& database, const ProjectHead& head)
+void WriteAttributes(SQLite::Database& database, const TextMap& attributes, const TextMap* before)
 {
-    SQLite::Statement row(database,
-                          "UPDATE project SET name = ?, type = ?, longitude = ?, latitude = ?, height = ?, "
-                          "iot_code = ?, proj4 = ?, note = ?");
-    row.bind(1, head.name);
-    row.bind(2, head.type);
-    row.bind(3, head.longitude);
-    row.bind(4, head.latitude);
-    row.bind(5, head.height);
-    row.bind(6, head.iotCode);
-    row.bind(7, head.proj4);
-    row.bind(8, head.note);
-    row.exec();
-    database.exec("DELETE FROM attributes");
-    SQLite::Statement insert(database, "INSERT INTO attributes(key, value) VALUES(?, ?)");
-    for (const auto& [key, value] : head.attributes) {
-        insert.bind(1, key);
-        insert.bind(2, value);
-        insert.exec();
-        insert.reset();
+    if (before == nullptr)
+        database.exec("DELETE FROM attributes");
+    SQLite::Statement put(database, "INSERT OR REPLACE INTO attributes(key, value) VALUES(?, ?)");
+    for (const auto& [key, value] : attributes) {
+        if (before != nullptr && before->contains(key) && before->at(key) == value)
+            continue;
+        put.bind(1, key);
+        put.bind(2, value);
+        put.exec();
+        put.reset();
     }
+}
+
+void WriteHead(SQLite::Database& database, const ProjectHead& head, const ProjectHead* before)
+{
+    WriteColumn(database, "name", &ProjectHead::name, head, before);
+    WriteColumn(database, "type", &ProjectHead::type, head, before);
+    WriteColumn(database, "longitude", &ProjectHead::longitude, head, before);
+    WriteColumn(database, "latitude", &ProjectHead::latitude, head, before);
+    WriteColumn(database, "height", &ProjectHead::height, head, before);
+    WriteColumn(database, "iot_code", &ProjectHead::iotCode, head, before);
+    WriteColumn(database, "proj4", &ProjectHead::proj4, head, before);
+    WriteColumn(database, "note", &ProjectHead::note, head, before);
+    WriteAttributes(database, head.attributes, before != nullptr ? &before->attributes : nullptr);
 }
 
 void WriteObjects(SQLite::Database& database, const std::vector<ObjectData>& objects)
@@ -115,6 +101,17 @@ void WriteObjects(SQLite::Database& database, const std::vector<ObjectData>& obj
     }
 }
 
+void WriteObjectTexts(SQLite::Database& database, const std::map<std::string, std::string>& texts)
+{
+    SQLite::Statement update(database, "UPDATE objects SET text = ? WHERE guid = ?");
+    for (const auto& [guid, text] : texts) {
+        update.bind(1, text);
+        update.bind(2, guid);
+        update.exec();
+        update.reset();
+    }
+}
+
 void WriteModels(SQLite::Database& database, const ProjectChange& change)
 {
     for (const auto& guid : change.removedModels) {
@@ -133,45 +130,55 @@ void WriteModels(SQLite::Database& database, const ProjectChange& change)
     }
 }
 
-/// Removes a folder that was begun and not finished.
-class HalfFolder
+void CreateDatabase(const std::filesystem::path& file, const ProjectHead& head)
 {
-public:
-    explicit HalfFolder(std::filesystem::path folder)
-        : m_folder(std::move(folder))
-    {
-    }
-    HalfFolder(const HalfFolder&) = delete;
-    HalfFolder& operator=(const HalfFolder&) = delete;
-    ~HalfFolder()
-    {
-        std::error_code ignored;
-        if (!m_isFinished)
-            std::filesystem::remove_all(m_folder, ignored);
-    }
-    void finish() { m_isFinished = true; }
-
-private:
-    std::filesystem::path m_folder;
-    bool m_isFinished = false;
-};
+    SQLite::Database database(file.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+    database.exec("PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL");
+    SQLite::Transaction transaction(database);
+    CreateSchema(database);
+    SQLite::Statement insert(database, "INSERT INTO project(guid, name, type) VALUES(?, '', '')");
+    insert.bind(1, head.guid);
+    insert.exec();
+    WriteHead(database, head, nullptr);
+    transaction.commit();
+}
 
 } // namespace
 
+bool IsProjectHere(const std::filesystem::path& projectFolder)
+{
+    const auto format = ProjectFile::formatOf(projectFolder);
+    return format != ProjectFile::Format::none && format != ProjectFile::Format::damaged;
+}
+
+bool IsProjectKey(const std::string& guid)
+{
+    return !guid.empty() && guid.find('/') == std::string::npos &&
+           wire::PathRefusal(projectPrefix + guid).empty();
+}
+
 std::filesystem::path ProjectFolder(const std::filesystem::path& dataFolder, const std::string& guid)
 {
-    return dataFolder / std::filesystem::u8path("proj_" + guid);
+    if (!IsProjectKey(guid))
+        throw Failure(localcode::badInput, "no project can have the key \"" + guid + '"');
+    return dataFolder / PathOfUtf8(projectPrefix + guid);
+}
+
+std::filesystem::path DatabaseIn(const std::filesystem::path& projectFolder)
+{
+    return projectFolder / std::string(wire::projectDatabaseName);
 }
 
 ProjectFile::Format ProjectFile::formatOf(const std::filesystem::path& folder)
 {
-    const auto file = DatabaseIn(folder);
     std::error_code missing;
-    if (!std::filesystem::exists(file, missing))
+    if (!std::filesystem::exists(DatabaseIn(folder), missing))
         return Format::none;
     try {
-        SQLite::Database database(file.string(), SQLite::OPEN_READWRITE, busyMilliseconds);
-        return FormatOfDatabase(database);
+        auto database = OpenDatabase(DatabaseIn(folder));
+        return SchemaVersionOf(database) == currentSchema ? Format::current : Format::older;
+    } catch (const Failure& failure) {
+        return failure.code() == localcode::newer ? Format::newer : Format::damaged;
     } catch (const std::exception&) {
         return Format::damaged;
     }
@@ -179,48 +186,50 @@ ProjectFile::Format ProjectFile::formatOf(const std::filesystem::path& folder)
 
 void ProjectFile::create(const std::filesystem::path& folder, const ProjectHead& head)
 {
-    Guarded([&] {
-        if (std::filesystem::exists(folder))
-            throw ProjectFileError("the project exists already");
-        std::filesystem::create_directories(folder);
-        HalfFolder half(folder);
-        SQLite::Database database(DatabaseIn(folder).string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-        database.exec("PRAGMA journal_mode=WAL");
-        SQLite::Transaction transaction(database);
-        CreateSchema(database);
-        SQLite::Statement insert(database, "INSERT INTO project(guid, name, type) VALUES(?, '', '')");
-        insert.bind(1, head.guid);
-        insert.exec();
-        WriteHead(database, head);
-        transaction.commit();
-        half.finish();
-    });
+    const auto file = DatabaseIn(folder);
+    if (std::filesystem::exists(file))
+        throw Failure(localcode::exists, "the project exists already: " + folder.string());
+    std::error_code error;
+    const bool isNew = std::filesystem::create_directories(folder, error);
+    // Under its own name the database is complete from the start, whenever this process may be killed.
+    const std::filesystem::path draft = file.string() + std::string(draftEnding);
+    try {
+        std::filesystem::remove(draft, error);
+        ReportingFailures([&] { CreateDatabase(draft, head); });
+        std::filesystem::rename(draft, file);
+    } catch (const std::exception&) {
+        std::filesystem::remove_all(isNew ? folder : draft, error);
+        throw;
+    }
 }
 
 ProjectFile::ProjectFile(const std::filesystem::path& folder)
+    : m_database(std::make_unique<SQLite::Database>(OpenDatabase(DatabaseIn(folder))))
 {
-    Guarded([&] {
-        m_database = std::make_unique<SQLite::Database>(DatabaseIn(folder).string(), SQLite::OPEN_READWRITE,
-                                                        busyMilliseconds);
-    });
 }
 
 ProjectFile::~ProjectFile() = default;
 
+void ProjectFile::requireCurrent()
+{
+    if (!m_isCurrent)
+        RequireCurrentSchema(*m_database);
+    m_isCurrent = true;
+}
+
 ProjectHead ProjectFile::readHead()
 {
-    return Guarded([&] {
+    return ReportingFailures([&] {
+        SQLite::Transaction transaction(*m_database, SQLite::TransactionBehavior::DEFERRED);
+        requireCurrent();
         // One statement, since thousands of projects are opened one after the other when the program starts.
         SQLite::Statement row(*m_database,
                               "SELECT guid, name, type, longitude, latitude, height, iot_code, proj4, note, "
                               "change_counter, (SELECT json_group_object(key, value) FROM attributes), "
-                              "(SELECT json_group_array(guid) FROM models WHERE type = 'MODEL'), "
-                              "(SELECT count(*) FROM objects), "
-                              "(SELECT user_version FROM pragma_user_version) FROM project");
+                              "(SELECT json_group_array(guid) FROM models WHERE type <> '3DTILES'), "
+                              "(SELECT count(*) FROM objects) FROM project");
         if (!row.executeStep())
-            throw ProjectFileError("the project's database has lost its project");
-        if (row.getColumn(13).getInt() != currentSchema)
-            throw ProjectFileError("the project is of another format");
+            throw Failure(localcode::damaged, "the project's database has lost its project");
         ProjectHead head;
         head.guid = row.getColumn(0).getString();
         head.name = row.getColumn(1).getString();
@@ -242,17 +251,32 @@ ProjectHead ProjectFile::readHead()
 
 std::string ProjectFile::readTemplate()
 {
-    return Guarded([&] { return m_database->execAndGet("SELECT template FROM project").getString(); });
+    return ReportingFailures([&] {
+        requireCurrent();
+        return m_database->execAndGet("SELECT template FROM project").getString();
+    });
+}
+
+std::string ProjectFile::readGuid()
+{
+    return ReportingFailures([&] {
+        static_cast<void>(SchemaVersionOf(*m_database));
+        return m_database->execAndGet("SELECT guid FROM project").getString();
+    });
 }
 
 std::int64_t ProjectFile::readChangeCounter()
 {
-    return Guarded([&] { return m_database->execAndGet("SELECT change_counter FROM project").getInt64(); });
+    return ReportingFailures([&] {
+        static_cast<void>(SchemaVersionOf(*m_database));
+        return m_database->execAndGet("SELECT change_counter FROM project").getInt64();
+    });
 }
 
 std::vector<ObjectData> ProjectFile::readObjects()
 {
-    return Guarded([&] {
+    return ReportingFailures([&] {
+        requireCurrent();
         SQLite::Statement row(*m_database,
                               "SELECT guid, name, link, text, x, y, z, rotation FROM objects ORDER BY rowid");
         std::vector<ObjectData> objects;
@@ -271,7 +295,8 @@ std::vector<ObjectData> ProjectFile::readObjects()
 
 std::vector<ModelData> ProjectFile::readModels()
 {
-    return Guarded([&] {
+    return ReportingFailures([&] {
+        requireCurrent();
         SQLite::Statement row(*m_database, "SELECT guid, name, type, attributes FROM models ORDER BY rowid");
         std::vector<ModelData> models;
         while (row.executeStep()) {
@@ -282,13 +307,38 @@ std::vector<ModelData> ProjectFile::readModels()
     });
 }
 
+TextMap ProjectFile::readModelTypes()
+{
+    return ReportingFailures([&] {
+        static_cast<void>(SchemaVersionOf(*m_database));
+        SQLite::Statement row(*m_database, "SELECT guid, type FROM models");
+        TextMap types;
+        while (row.executeStep())
+            types[row.getColumn(0).getString()] = row.getColumn(1).getString();
+        return types;
+    });
+}
+
+std::vector<std::string> ProjectFile::readLinks()
+{
+    return ReportingFailures([&] {
+        static_cast<void>(SchemaVersionOf(*m_database));
+        SQLite::Statement row(*m_database, "SELECT DISTINCT link FROM objects WHERE link <> ''");
+        std::vector<std::string> links;
+        while (row.executeStep())
+            links.push_back(row.getColumn(0).getString());
+        return links;
+    });
+}
+
 std::int64_t ProjectFile::write(const ProjectChange& change)
 {
-    return Guarded([&] {
+    return ReportingFailures([&] {
         m_database->exec("PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL");
         SQLite::Transaction transaction(*m_database, SQLite::TransactionBehavior::IMMEDIATE);
+        requireCurrent();
         if (change.head != nullptr)
-            WriteHead(*m_database, *change.head);
+            WriteHead(*m_database, *change.head, change.headBefore);
         if (change.propertyTemplate != nullptr) {
             SQLite::Statement update(*m_database, "UPDATE project SET template = ?");
             update.bind(1, *change.propertyTemplate);
@@ -296,37 +346,12 @@ std::int64_t ProjectFile::write(const ProjectChange& change)
         }
         if (change.objects != nullptr)
             WriteObjects(*m_database, *change.objects);
+        WriteObjectTexts(*m_database, change.objectTexts);
         WriteModels(*m_database, change);
         m_database->exec("UPDATE project SET change_counter = change_counter + 1");
         const auto counter = m_database->execAndGet("SELECT change_counter FROM project").getInt64();
         transaction.commit();
         return counter;
-    });
-}
-
-void ProjectFile::upgrade(const std::filesystem::path& folder)
-{
-    Guarded([&] {
-        const auto file = DatabaseIn(folder);
-        const auto copy = file.string() + ".before-upgrade.tmp";
-        {
-            // Everything that is still in the log belongs into the file before the file is copied.
-            SQLite::Database database(file.string(), SQLite::OPEN_READWRITE, busyMilliseconds);
-            database.exec("PRAGMA wal_checkpoint(TRUNCATE)");
-        }
-        std::filesystem::copy_file(file, copy, std::filesystem::copy_options::overwrite_existing);
-        try {
-            SQLite::Database database(file.string(), SQLite::OPEN_READWRITE, busyMilliseconds);
-            SQLite::Transaction transaction(database, SQLite::TransactionBehavior::IMMEDIATE);
-            if (FormatOfDatabase(database) != Format::older)
-                throw ProjectFileError("the project is not of an older format");
-            MigrateFromVersion1(database);
-            transaction.commit();
-        } catch (...) {
-            std::filesystem::rename(copy, file);
-            throw;
-        }
-        std::filesystem::remove(copy);
     });
 }
 

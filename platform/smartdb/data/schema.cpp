@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "smartdb/data/schema.h"
 
+#include "smartdb/failure.h"
+
 #include <string>
 
 #include <SQLiteCpp/SQLiteCpp.h>
@@ -32,6 +34,26 @@ void SetVersion(SQLite::Database& database)
     database.exec("PRAGMA user_version = " + std::to_string(currentSchema));
 }
 
+/// What the database says of its tables; indexes of its own making have no text.
+std::string TablesOf(SQLite::Database& database)
+{
+    SQLite::Statement row(database, "SELECT sql FROM sqlite_schema WHERE sql IS NOT NULL ORDER BY name");
+    std::string text;
+    while (row.executeStep())
+        text += row.getColumn(0).getString() + ';';
+    return text;
+}
+
+const std::string& TablesOfFreshDatabase()
+{
+    static const std::string text = [] {
+        SQLite::Database database(":memory:", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+        CreateSchema(database);
+        return TablesOf(database);
+    }();
+    return text;
+}
+
 } // namespace
 
 void CreateSchema(SQLite::Database& database)
@@ -40,8 +62,31 @@ void CreateSchema(SQLite::Database& database)
     SetVersion(database);
 }
 
+int SchemaVersionOf(SQLite::Database& database)
+{
+    if (database.execAndGet("PRAGMA application_id").getInt() != projectApplicationId)
+        throw Failure(localcode::damaged, "the database is no project");
+    const int version = database.execAndGet("PRAGMA user_version").getInt();
+    if (version > currentSchema)
+        throw Failure(localcode::newer, "the project was written by a later version of this program");
+    if (version < 1)
+        throw Failure(localcode::damaged, "the project is of an impossible format");
+    return version;
+}
+
+void RequireCurrentSchema(SQLite::Database& database)
+{
+    if (SchemaVersionOf(database) < currentSchema)
+        throw Failure(localcode::older, "the project is of an older format and must be upgraded first");
+    if (TablesOf(database) != TablesOfFreshDatabase())
+        throw Failure(localcode::damaged, "the project's database has other tables than it should have");
+}
+
 void MigrateFromVersion1(SQLite::Database& database)
 {
+    if (database.execAndGet("SELECT count(*) FROM sqlite_schema WHERE type NOT IN ('table', 'index')")
+            .getInt() != 0)
+        throw Failure(localcode::damaged, "the project's database has other tables than it should have");
     database.exec("ALTER TABLE project RENAME TO project1; ALTER TABLE objects RENAME TO objects1; "
                   "ALTER TABLE models RENAME TO models1;");
     database.exec(tables);

@@ -1,8 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "smartdb/data/syncstate.h"
 
+#include "smartdb/data/projectfile.h"
+#include "smartdb/failure.h"
+#include "smartdb/text.h"
+#include "wire/digest.h"
 #include "wire/projectfolder.h"
 
+#include <algorithm>
 #include <fstream>
 
 #include <nlohmann/json.hpp>
@@ -13,38 +18,149 @@ namespace ZRSmartDB
 namespace
 {
 
+namespace fs = std::filesystem;
 using nlohmann::json;
 
-std::filesystem::path SyncFile(const std::filesystem::path& folder)
+constexpr std::size_t readBytes = 1U << 20U;
+
+fs::path SyncFile(const fs::path& folder)
 {
     return folder / std::string(wire::syncStateName);
 }
 
-} // namespace
-
-std::optional<SyncState> ReadSyncState(const std::filesystem::path& folder)
+json JsonOf(const FileStamp& stamp)
 {
-    std::ifstream stream(SyncFile(folder), std::ios::binary);
-    const auto state = json::parse(stream, nullptr, false);
-    if (!state.is_object() || !state.contains("revision") || !state.contains("changeCounter"))
-        return std::nullopt;
-    if (!state["revision"].is_string() || !state["changeCounter"].is_number_integer())
-        return std::nullopt;
-    return SyncState{state["revision"].get<std::string>(), state["changeCounter"].get<std::int64_t>()};
+    return {{"size", stamp.size}, {"modified", stamp.modified}, {"identity", stamp.identity}};
 }
 
-bool WriteSyncState(const std::filesystem::path& folder, const SyncState& state)
+FileStamp StampFrom(const json& object)
 {
-    const auto half = SyncFile(folder).string() + ".tmp";
-    {
-        std::ofstream stream(half, std::ios::binary);
-        stream << json{{"revision", state.revision}, {"changeCounter", state.changeCounter}}.dump();
-        if (!stream.flush())
-            return false;
+    return {object.at("size"), object.at("modified"), object.at("identity")};
+}
+
+json JsonOf(const SyncState& state)
+{
+    auto files = json::array();
+    for (const auto& file : state.files)
+        files.push_back({{"path", file.path}, {"stamp", JsonOf(file.stamp)}, {"content", file.content}});
+    return {{"revision", state.revision},
+            {"changeCounter", state.changeCounter},
+            {"database", JsonOf(state.database)},
+            {"files", files}};
+}
+
+SyncState StateFrom(const json& object)
+{
+    SyncState state{object.at("revision"), object.at("changeCounter"), StampFrom(object.at("database")), {}};
+    for (const auto& file : object.at("files"))
+        state.files.push_back({file.at("path"), StampFrom(file.at("stamp")), file.at("content")});
+    return state;
+}
+
+std::string DigestOfFile(const fs::path& file)
+{
+    std::ifstream stream(file, std::ios::binary);
+    wire::Digester digester;
+    std::vector<char> buffer(readBytes);
+    while (stream.read(buffer.data(), static_cast<std::streamsize>(buffer.size())), stream.gcount() > 0)
+        digester.add(std::string_view(buffer.data(), static_cast<std::size_t>(stream.gcount())));
+    if (!stream.eof())
+        throw Failure(localcode::cannotWrite, file.string() + " cannot be read");
+    return wire::ToHex(digester.finish());
+}
+
+/// The files of a revision beside the database.
+std::vector<std::string> OtherFiles(const fs::path& folder)
+{
+    try {
+        auto paths = wire::ProjectFiles(folder);
+        std::erase(paths, std::string(wire::projectDatabaseName));
+        return paths;
+    } catch (const fs::filesystem_error& error) {
+        throw Failure(localcode::cannotWrite, folder.string() + " cannot be read: " + error.what());
     }
-    std::error_code error;
-    std::filesystem::rename(half, SyncFile(folder), error);
-    return !error;
+}
+
+/// Whether SQLite has written something that is not in the database's own file yet.
+bool HasLog(fs::path database)
+{
+    std::error_code missing;
+    const auto size = fs::file_size(database += "-wal", missing);
+    return !missing && size > 0;
+}
+
+bool DatabaseHasChanged(const fs::path& folder, SyncState& state)
+{
+    const auto file = DatabaseIn(folder);
+    // In this order: an edit goes from the log into the file, so it shows in one of the two.
+    const bool hasLog = HasLog(file);
+    const auto stamp = StampOf(file);
+    if (!hasLog && LooksUnchanged(state.database, stamp))
+        return false;
+    if (ProjectFile(folder).readChangeCounter() != state.changeCounter)
+        return true;
+    if (!hasLog)
+        state.database = stamp;
+    return false;
+}
+
+bool FileHasChanged(const fs::path& file, SyncedFile& noted)
+{
+    if (HasLog(file))
+        return true;
+    const auto stamp = StampOf(file);
+    if (LooksUnchanged(noted.stamp, stamp))
+        return false;
+    if (stamp.size != noted.stamp.size || DigestOfFile(file) != noted.content)
+        return true;
+    noted.stamp = stamp;
+    return false;
+}
+
+} // namespace
+
+std::optional<SyncState> ReadSyncState(const fs::path& folder)
+{
+    std::ifstream stream(SyncFile(folder), std::ios::binary);
+    if (!stream)
+        return std::nullopt;
+    try {
+        return StateFrom(json::parse(stream));
+    } catch (const json::exception&) {
+        return std::nullopt;
+    }
+}
+
+SyncState SyncStateOf(const fs::path& folder, const wire::Manifest& manifest)
+{
+    SyncState state{wire::ToHex(wire::RootOf(manifest)),
+                    ProjectFile(folder).readChangeCounter(),
+                    StampOf(DatabaseIn(folder)),
+                    {}};
+    for (const auto& file : manifest.files) {
+        if (file.path != wire::projectDatabaseName)
+            state.files.push_back(
+                {file.path, StampOf(folder / PathOfUtf8(file.path)), wire::ToHex(file.content)});
+    }
+    return state;
+}
+
+void WriteSyncState(Disk& disk, const fs::path& folder, const SyncState& state)
+{
+    WriteWhole(disk, SyncFile(folder), JsonOf(state).dump(-1, ' ', false, json::error_handler_t::replace));
+}
+
+bool HasChanged(const fs::path& folder, SyncState& state)
+{
+    if (DatabaseHasChanged(folder, state))
+        return true;
+    const auto paths = OtherFiles(folder);
+    const auto isSame = [](const std::string& path, const SyncedFile& file) { return path == file.path; };
+    if (!std::equal(paths.begin(), paths.end(), state.files.begin(), state.files.end(), isSame))
+        return true;
+    return std::any_of(state.files.begin(), state.files.end(), [&](SyncedFile& file) {
+        return FileHasChanged(folder / PathOfUtf8(file.path), file);
+    });
 }
 
 } // namespace ZRSmartDB

@@ -1,20 +1,39 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "smartdb/disk/disk.h"
+#include "smartdb/disk/filestamp.h"
+#include "wire/manifest.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace ZRSmartDB
 {
 
+/// A file of a project, other than its database, as it was when the project was equal to the server's.
+struct SyncedFile {
+    std::string path;
+    FileStamp stamp;
+    std::string content; ///< digest, hexadecimal
+
+    friend bool operator==(const SyncedFile&, const SyncedFile&) = default;
+};
+
 /// What this machine remembers of the moment at which a project was last equal to the server's. Kept beside
 /// the project in "sync.json", which never travels: the same project has another memory on another machine.
+///
+/// Nobody has to say that a project changes. Its change counter and the looks of its other files are compared
+/// with this memory, so that an edit shows whichever process makes it, and after a kill too.
 struct SyncState {
     std::string revision; ///< name of the server's revision
     std::int64_t changeCounter =
-        0; ///< the project's counter at that moment; another value now means: changed here
+        0;              ///< the project's counter at that moment; another value now means: changed here
+    FileStamp database; ///< what the database looked like when it had this counter
+    std::vector<SyncedFile> files; ///< ascending by path
 
     friend bool operator==(const SyncState&, const SyncState&) = default;
 };
@@ -23,7 +42,15 @@ struct SyncState {
 /// counts as changed here, and no work is lost.
 [[nodiscard]] std::optional<SyncState> ReadSyncState(const std::filesystem::path& folder);
 
-/// Replaces the file whole. False when it cannot be written.
-[[nodiscard]] bool WriteSyncState(const std::filesystem::path& folder, const SyncState& state);
+/// The memory of a folder that holds exactly the files of `manifest`. Throws Failure.
+[[nodiscard]] SyncState SyncStateOf(const std::filesystem::path& folder, const wire::Manifest& manifest);
+
+/// Replaces the file whole. Throws Failure.
+void WriteSyncState(Disk& disk, const std::filesystem::path& folder, const SyncState& state);
+
+/// Whether anything in the folder differs from the memory. Files that look different are read and compared;
+/// the looks of those that proved to be equal are brought up to date in `state`, so that they need not be
+/// read again. Throws Failure when the folder cannot be read.
+[[nodiscard]] bool HasChanged(const std::filesystem::path& folder, SyncState& state);
 
 } // namespace ZRSmartDB

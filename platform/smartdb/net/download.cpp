@@ -3,14 +3,20 @@
 
 #include "smartdb/data/projectfile.h"
 #include "smartdb/data/syncstate.h"
-#include "smartdb/lasterror.h"
-#include "smartdb/net/piecefetch.h"
-#include "wire/manifest.h"
+#include "smartdb/failure.h"
+#include "smartdb/log.h"
+#include "smartdb/net/piecesource.h"
+#include "smartdb/net/revisionplan.h"
+#include "smartdb/net/revisionwriter.h"
+#include "smartdb/text.h"
+#include "wire/projectfolder.h"
 
-#include <cstdio>
+#include <algorithm>
+#include <deque>
+#include <random>
+#include <utility>
 
 #include <nlohmann/json.hpp>
-#include <unistd.h>
 
 namespace ZRSmartDB
 {
@@ -18,180 +24,193 @@ namespace ZRSmartDB
 namespace
 {
 
+namespace fs = std::filesystem;
 using nlohmann::json;
 
-constexpr std::size_t largestManifest = 256U << 20U;
+constexpr std::size_t largestManifest = 64U << 20U;
+constexpr std::chrono::seconds manifestTime(120);
 
-http::Fault BadReply(const std::string& what)
+// Two requests at once, so that the line is never idle; together they bound the memory that a download takes.
+constexpr std::size_t requestsAtOnce = 2;
+constexpr std::uint64_t batchBytes = 16U << 20U;
+
+constexpr const char* tilesType = "3DTILES";
+
+Failure BadReply(const std::string& what)
 {
     return {http::faultcode::badReply, "the project server answered with something that is no " + what};
 }
 
-http::Fault Unwritable(const std::filesystem::path& folder)
+http::Reply Send(http::Client& client, const http::Request& request)
 {
-    return {localcode::cannotWrite, "the folder " + folder.string() + " cannot be written"};
+    auto reply = client.send(request);
+    if (reply.fault)
+        throw Failure(reply.fault);
+    return reply;
 }
 
-/// A folder name of our own that no other process uses at the same time.
-std::string SideFolderName()
+std::string ProjectPath(const std::string& guid)
 {
-    return ".incoming-" + std::to_string(::getpid());
+    return "/api/v1/projects/" + http::EncodedName(guid);
 }
 
-/// The number of the process whose side folder this is; 0 when it is none.
-pid_t OwnerOf(const std::filesystem::path& folder)
+std::string RevisionPath(const std::string& guid, const wire::Digest& root)
 {
-    long owner = 0;
-    return std::sscanf(folder.filename().c_str(), ".incoming-%ld", &owner) == 1 ? static_cast<pid_t>(owner)
-                                                                                : 0;
+    return ProjectPath(guid) + "/revisions/" + wire::ToHex(root);
 }
 
-/// Side folders whose process has gone, or that this process has left behind.
-void RemoveDeadSideFolders(const std::filesystem::path& dataFolder)
+/// The server must not put anything into a project's folder that is this machine's own.
+void RequireProjectFiles(const wire::Manifest& manifest)
 {
-    std::error_code ignored;
-    for (const auto& entry : std::filesystem::directory_iterator(dataFolder, ignored)) {
-        const pid_t owner = OwnerOf(entry.path());
-        const auto proc = std::filesystem::path("/proc") / std::to_string(owner);
-        if (owner != 0 && (owner == ::getpid() || !std::filesystem::exists(proc, ignored)))
-            std::filesystem::remove_all(entry.path(), ignored);
-    }
+    const auto isStrange = [](const wire::FileEntry& file) { return !wire::IsProjectFile(file.path); };
+    const auto strange = std::find_if(manifest.files.begin(), manifest.files.end(), isStrange);
+    if (strange != manifest.files.end())
+        throw Failure(http::faultcode::badReply,
+                      "the project server named a file that is none of a project: " + strange->path);
+    const auto isDatabase = [](const wire::FileEntry& file) {
+        return file.path == wire::projectDatabaseName;
+    };
+    if (std::none_of(manifest.files.begin(), manifest.files.end(), isDatabase))
+        throw Failure(http::faultcode::badReply, "the project server named a project without a database");
 }
 
-std::uint64_t SizeOf(const wire::Manifest& manifest)
+void RequireRoom(Disk& disk, const fs::path& folder, const wire::Manifest& manifest)
 {
-    std::uint64_t size = 0;
-    for (const auto& file : manifest.files)
-        size += file.size;
-    return size;
-}
-
-http::Fault CheckRoom(const std::filesystem::path& folder, std::uint64_t needed)
-{
-    std::error_code error;
-    const auto room = std::filesystem::space(folder, error);
-    if (error || room.available >= needed)
-        return {};
     constexpr std::uint64_t mebibyte = 1U << 20U;
-    return {localcode::cannotWrite, "the disk is full: the project needs " +
-                                        std::to_string(needed / mebibyte + 1) + " MiB, and " +
-                                        std::to_string(room.available / mebibyte) + " MiB are free"};
+    std::uint64_t needed = 0;
+    for (const auto& file : manifest.files)
+        needed += file.size;
+    const auto room = disk.room(folder);
+    if (room < needed)
+        throw Failure(localcode::diskFull, "the disk is full: the project needs " +
+                                               std::to_string(needed / mebibyte + 1) + " MiB, and " +
+                                               std::to_string(room / mebibyte) + " MiB are free");
 }
 
 } // namespace
 
-Download::Download(http::Client& client, std::filesystem::path dataFolder)
+Download::Download(http::Client& client, std::shared_ptr<Disk> disk, fs::path dataFolder)
     : m_client(client)
+    , m_disk(std::move(disk))
     , m_dataFolder(std::move(dataFolder))
-    , m_sideFolder(m_dataFolder / SideFolderName())
+    , m_side(m_disk, m_dataFolder)
 {
 }
 
-Download::~Download()
+void Download::run(const std::string& guid, bool withModels)
 {
-    std::error_code ignored;
-    std::filesystem::remove_all(m_sideFolder, ignored);
-}
-
-std::filesystem::path Download::sideFolderOf(const std::string& guid) const
-{
-    return ProjectFolder(m_sideFolder, guid);
-}
-
-http::Fault Download::run(const std::string& guid, bool withModels)
-{
-    std::error_code error;
-    std::filesystem::create_directories(m_dataFolder, error);
-    RemoveDeadSideFolders(m_dataFolder);
-    std::filesystem::create_directories(m_sideFolder, error);
-    if (error)
-        return Unwritable(m_dataFolder);
-    if (auto fault = fetch(guid))
-        return fault;
+    fetch(guid);
     if (withModels) {
-        if (auto fault = fetchModelsOf(guid))
-            return fault;
+        for (const auto& model : missingModels(m_side.folderOf(guid)))
+            fetch(model);
     }
-    return moveIn();
+    // Models first: a project that can be seen has all that belongs to it.
+    std::reverse(m_fetched.begin(), m_fetched.end());
+    moveIn();
 }
 
-http::Fault Download::fetch(const std::string& guid)
+void Download::complete(const std::string& guid)
 {
-    const std::string path = "/api/v1/projects/" + http::EncodedName(guid);
-    const auto about = m_client.send({.path = path});
-    if (about.fault)
-        return about.fault;
-    const auto project = json::parse(about.body, nullptr, false);
+    for (const auto& model : missingModels(ProjectFolder(m_dataFolder, guid)))
+        fetch(model);
+    moveIn();
+}
+
+void Download::moveIn()
+{
+    for (const auto& guid : m_fetched)
+        keepUnreadable(guid);
+    m_side.moveIn(m_fetched);
+}
+
+void Download::fetch(const std::string& guid)
+{
+    const auto root = fetchHead(guid);
+    const auto manifest = fetchManifest(guid, root);
+    const auto folder = m_side.folderOf(guid);
+    m_disk->makeFolder(folder);
+    RequireRoom(*m_disk, folder, manifest);
+    fetchFiles(guid, manifest);
+    if (GuidOf(ProjectFile(folder).readGuid()) != GuidOf(guid))
+        throw Failure(http::faultcode::badReply,
+                      "the project server sent another project than the one asked for");
+    WriteSyncState(*m_disk, folder, SyncStateOf(folder, manifest));
+    m_fetched.push_back(guid);
+}
+
+wire::Digest Download::fetchHead(const std::string& guid)
+{
+    const auto reply = Send(m_client, {.path = ProjectPath(guid)});
+    const auto project = json::parse(reply.body, nullptr, false);
     if (!project.is_object() || !project.contains("head") || !project["head"].is_string())
-        return BadReply("project");
+        throw BadReply("project");
     const auto head = project["head"].get<std::string>();
+    if (head.empty())
+        throw Failure(localcode::notHere, "the project has no content on the server yet");
     const auto root = wire::DigestFromHex(head);
     if (!root)
-        return {localcode::notHere, "the project has no content on the server yet"};
+        throw BadReply("project");
+    return *root;
+}
 
-    const auto answer = m_client.send({.path = path + "/revisions/" + head,
-                                       .timeout = std::chrono::seconds(120),
-                                       .largestReply = largestManifest});
-    if (answer.fault)
-        return answer.fault;
-    auto decoded = wire::DecodeManifest(answer.body);
+wire::Manifest Download::fetchManifest(const std::string& guid, const wire::Digest& root)
+{
+    const auto reply =
+        Send(m_client,
+             {.path = RevisionPath(guid, root), .timeout = manifestTime, .largestReply = largestManifest});
+    auto decoded = wire::DecodeManifest(reply.body);
     if (const auto* refusal = std::get_if<wire::Refusal>(&decoded))
-        return {http::faultcode::badReply,
-                "the project server named files that cannot be taken: " + refusal->reason};
-    const auto& manifest = std::get<wire::Manifest>(decoded);
-    if (wire::RootOf(manifest) != *root)
-        return BadReply("list of the project's files");
-
-    const auto folder = sideFolderOf(guid);
-    std::error_code error;
-    std::filesystem::create_directories(folder, error);
-    if (error)
-        return Unwritable(m_sideFolder);
-    if (auto fault = CheckRoom(folder, SizeOf(manifest)))
-        return fault;
-    if (auto fault = PieceFetch(m_client, guid, head, manifest, folder).run())
-        return fault;
-    try {
-        const auto counter = ProjectFile::formatOf(folder) == ProjectFile::Format::older
-                                 ? 0
-                                 : ProjectFile(folder).readChangeCounter();
-        if (!WriteSyncState(folder, {head, counter}))
-            return Unwritable(folder);
-    } catch (const ProjectFileError& problem) {
-        return {localcode::damaged, problem.what()};
-    }
-    m_fetched.push_back(guid);
-    return {};
+        throw Failure(http::faultcode::badReply,
+                      "the project server named files that cannot be taken: " + refusal->reason);
+    auto manifest = std::get<wire::Manifest>(std::move(decoded));
+    if (wire::RootOf(manifest) != root)
+        throw BadReply("list of the project's files");
+    RequireProjectFiles(manifest);
+    return manifest;
 }
 
-http::Fault Download::fetchModelsOf(const std::string& guid)
+void Download::fetchFiles(const std::string& guid, const wire::Manifest& manifest)
 {
-    if (ProjectFile::formatOf(sideFolderOf(guid)) != ProjectFile::Format::current)
-        return {};
-    try {
-        for (const auto& model : ProjectFile(sideFolderOf(guid)).readHead().modelGuids) {
-            std::error_code ignored;
-            if (std::filesystem::exists(ProjectFolder(m_dataFolder, model), ignored))
-                continue;
-            if (auto fault = fetch(model))
-                return fault;
+    const auto path = RevisionPath(guid, wire::RootOf(manifest)) + "/pieces";
+    RevisionWriter writer(*m_disk, manifest, m_side.folderOf(guid));
+    auto batches = PlanBatches(manifest, batchBytes);
+    PacketPool pool;
+    std::deque<PieceSource> sources; // behind the pool that they use
+    for (auto batch = batches.begin(); batch != batches.end() || !sources.empty();) {
+        while (batch != batches.end() && sources.size() < requestsAtOnce)
+            sources.emplace_back(m_client, path, manifest, std::move(*batch++), pool);
+        while (auto packet = sources.front().next()) {
+            writer.write(*packet);
+            pool.give(std::move(*packet));
         }
-    } catch (const ProjectFileError& problem) {
-        return {localcode::damaged, problem.what()};
+        sources.pop_front();
     }
-    return {};
+    writer.finish();
 }
 
-http::Fault Download::moveIn()
+std::vector<std::string> Download::missingModels(const fs::path& projectFolder) const
 {
-    // Models first: a project that can be seen has all that belongs to it.
-    for (auto guid = m_fetched.rbegin(); guid != m_fetched.rend(); ++guid) {
-        std::error_code error;
-        std::filesystem::rename(sideFolderOf(*guid), ProjectFolder(m_dataFolder, *guid), error);
-        if (error)
-            return {localcode::cannotWrite, "the project cannot be put into its place: " + error.message()};
+    std::vector<std::string> missing;
+    for (const auto& [text, type] : ProjectFile(projectFolder).readModelTypes()) {
+        const auto model = GuidTextOf(GuidOf(text));
+        if (type != tilesType && ProjectFolder(m_dataFolder, model).filename() != projectFolder.filename() &&
+            !IsProjectHere(ProjectFolder(m_dataFolder, model)))
+            missing.push_back(model);
     }
-    return {};
+    return missing;
+}
+
+/// Whatever stands where the project belongs is no project, but it may be all that is left of somebody's
+/// work.
+void Download::keepUnreadable(const std::string& guid)
+{
+    const auto folder = ProjectFolder(m_dataFolder, guid);
+    if (!fs::exists(folder))
+        return;
+    const auto kept = m_dataFolder / (".unreadable-" + folder.filename().string() + '-' +
+                                      std::to_string(std::random_device()()));
+    m_disk->move(folder, kept);
+    qCWarning(smartdbLog) << "a folder without a readable project was put aside:" << kept.c_str();
 }
 
 } // namespace ZRSmartDB

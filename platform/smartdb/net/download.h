@@ -2,10 +2,14 @@
 #pragma once
 
 #include "http/client.h"
+#include "smartdb/disk/disk.h"
+#include "smartdb/disk/sidefolder.h"
+#include "wire/digest.h"
+#include "wire/manifest.h"
 
 #include <filesystem>
+#include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace ZRSmartDB
@@ -18,27 +22,30 @@ namespace ZRSmartDB
 class Download
 {
 public:
-    Download(http::Client& client, std::filesystem::path dataFolder);
-    Download(const Download&) = delete;
-    Download& operator=(const Download&) = delete;
-    /// Removes what is still in the side folder.
-    ~Download();
+    /// Client and disk must outlive the download. Throws Failure.
+    Download(http::Client& client, std::shared_ptr<Disk> disk, std::filesystem::path dataFolder);
 
     /// Fetches a project that is not here, with its assigned models when `withModels` is set. Models that are
-    /// here already stay as they are.
-    [[nodiscard]] http::Fault run(const std::string& guid, bool withModels);
+    /// here already stay as they are. Throws Failure; then nothing of it is visible.
+    void run(const std::string& guid, bool withModels);
+
+    /// Fetches those models of a project that is here which are not. Throws Failure.
+    void complete(const std::string& guid);
 
 private:
-    [[nodiscard]] http::Fault fetch(const std::string& guid);
-    [[nodiscard]] http::Fault fetchModelsOf(const std::string& guid);
-    [[nodiscard]] http::Fault moveIn();
-    [[nodiscard]] std::filesystem::path sideFolderOf(const std::string& guid) const;
+    void fetch(const std::string& guid);
+    [[nodiscard]] std::vector<std::string> missingModels(const std::filesystem::path& projectFolder) const;
+    void moveIn();
+    [[nodiscard]] wire::Digest fetchHead(const std::string& guid);
+    [[nodiscard]] wire::Manifest fetchManifest(const std::string& guid, const wire::Digest& root);
+    void fetchFiles(const std::string& guid, const wire::Manifest& manifest);
+    void keepUnreadable(const std::string& guid);
 
     http::Client& m_client;
-    std::filesystem::path m_dataFolder;
-    std::filesystem::path m_sideFolder;
-    std::vector<std::string>
-        m_fetched; ///< in the order in which they were fetched: the project before its models
+    const std::shared_ptr<Disk> m_disk;
+    const std::filesystem::path m_dataFolder;
+    SideFolder m_side;
+    std::vector<std::string> m_fetched; ///< the models before their project
 };
 
 } // namespace ZRSmartDB

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "smartdb/net/netaccess.h"
 
+#include "smartdb/failure.h"
 #include "smartdb/text.h"
 
-#include <fstream>
+#include <atomic>
+#include <utility>
 
 #include <nlohmann/json.hpp>
 
@@ -15,180 +17,216 @@ namespace
 
 using nlohmann::json;
 
-/// Splits "/proj_<guid>/<file>".
-bool SplitServerPath(const std::string& path, std::string& guid, std::string& file)
+Failure BadReply(const std::string& what)
 {
-    constexpr std::string_view prefix = "/proj_";
-    const auto slash = path.find('/', prefix.size());
-    if (!path.starts_with(prefix) || slash == std::string::npos)
-        return false;
-    guid = path.substr(prefix.size(), slash - prefix.size());
-    file = path.substr(slash + 1);
-    return !guid.empty() && !file.empty();
+    return {http::faultcode::badReply, "the project server answered with something that is no " + what};
 }
 
-/// A file appears whole or not at all.
-bool WriteWhole(const std::filesystem::path& file, const std::string& bytes)
+/// Splits "/proj_<guid>/<file>" and gives the path of the request for the file.
+std::string FilePath(const std::string& serverPath)
 {
-    std::error_code error;
-    std::filesystem::create_directories(file.parent_path(), error);
-    const auto half = file.string() + ".tmp";
-    {
-        std::ofstream stream(half, std::ios::binary);
-        stream << bytes;
-        if (!stream.flush()) {
-            std::filesystem::remove(half, error);
-            return false;
-        }
-    }
-    std::filesystem::rename(half, file, error);
-    return !error;
+    constexpr std::string_view prefix = "/proj_";
+    const auto slash = serverPath.find('/', prefix.size());
+    if (!serverPath.starts_with(prefix) || slash == std::string::npos || slash == prefix.size() ||
+        slash + 1 == serverPath.size())
+        throw Failure(localcode::badInput, "no file of a project has the path " + serverPath);
+    return "/api/v1/projects/" + http::EncodedName(serverPath.substr(prefix.size(), slash - prefix.size())) +
+           "/files/" + http::EncodedName(serverPath.substr(slash + 1));
 }
+
+/// A new file that appears under its name when it is whole, and goes when it is not.
+class ArrivingFile
+{
+public:
+    ArrivingFile(Disk& disk, std::filesystem::path file)
+        : m_disk(disk)
+        , m_file(std::move(file))
+        , m_half(m_file)
+    {
+        static std::atomic<unsigned> number = 0;
+        m_half += '.' + std::to_string(++number) + ".tmp";
+        m_disk.makeFolder(m_file.parent_path());
+        m_output = m_disk.create(m_half, 0644);
+    }
+    ArrivingFile(const ArrivingFile&) = delete;
+    ArrivingFile& operator=(const ArrivingFile&) = delete;
+    ~ArrivingFile()
+    {
+        m_output.reset();
+        std::error_code ignored;
+        std::filesystem::remove(m_half, ignored);
+    }
+
+    void write(std::span<const std::byte> bytes) { m_output->write(bytes); }
+
+    void finish()
+    {
+        m_output->close();
+        m_disk.move(m_half, m_file);
+    }
+
+private:
+    Disk& m_disk;
+    std::filesystem::path m_file;
+    std::filesystem::path m_half;
+    std::unique_ptr<OutputFile> m_output;
+};
 
 } // namespace
 
-NetAccess::NetAccess(http::Client& client, StateTable& states, TaskQueue& queue, LastError& lastError)
+NetAccess::NetAccess(http::Client& client, StateTable& states, TaskQueue& queue, std::shared_ptr<Disk> disk)
     : m_client(client)
     , m_states(states)
     , m_queue(queue)
-    , m_lastError(lastError)
+    , m_disk(std::move(disk))
 {
 }
 
-Concurrency::task<std::wstring> NetAccess::start(std::function<http::Fault()> query)
+Concurrency::task<std::wstring> NetAccess::start(std::function<void()> query)
 {
     const Concurrency::task_completion_event<std::wstring> done;
-    const Concurrency::task<std::wstring> task(done);
-    m_queue.post([this, done, query = std::move(query)] {
-        const auto fault = query();
-        if (fault.code == http::faultcode::cancelled) {
-            done.set_exception(Concurrency::task_canceled());
-            return;
+    Concurrency::task<std::wstring> task(done);
+    m_queue.post([done, query = std::move(query)] {
+        http::Fault fault;
+        try {
+            query();
+        } catch (const Failure& failure) {
+            fault = failure.fault();
+        } catch (const std::exception& exception) {
+            fault = {localcode::badInput, exception.what()};
         }
-        if (fault)
-            m_lastError.set(fault);
-        done.set(WideOf(http::ToJson(fault)));
+        if (fault.code == http::faultcode::cancelled)
+            done.set_exception(Concurrency::task_canceled());
+        else
+            done.set(WideOf(http::ToJson(fault)));
     });
     return task;
+}
+
+std::string NetAccess::fetch(const std::string& path) const
+{
+    auto reply = m_client.send({.path = path});
+    if (reply.fault)
+        throw Failure(reply.fault);
+    return std::move(reply.body);
 }
 
 Concurrency::task<std::wstring> NetAccess::GetStatusByProjId(const ZRSmartFormat::SZRFTGuid& guid,
                                                              std::shared_ptr<std::wstring> reply)
 {
     const std::string text = GuidTextOf(guid);
-    if (m_states.isFresh()) {
-        // Known already: no thread needs to be woken, which counts when every project asks.
-        http::Fault fault;
-        const auto state = m_states.find(text, fault);
-        if (!fault) {
-            *reply = WideOf(state.status);
-            const Concurrency::task_completion_event<std::wstring> done;
-            done.set(std::wstring());
-            return Concurrency::task<std::wstring>(done);
-        }
+    if (const auto answer = m_states.known(text)) {
+        // No thread needs to be woken, which counts when every project asks.
+        if (!answer->fault)
+            *reply = WideOf(answer->state.status);
+        const Concurrency::task_completion_event<std::wstring> done;
+        done.set(WideOf(http::ToJson(answer->fault)));
+        return Concurrency::task<std::wstring>(done);
     }
-    return start([this, text, reply] {
-        http::Fault fault;
-        const auto state = m_states.find(text, fault);
-        if (!fault)
-            *reply = WideOf(state.status);
-        return fault;
+    return start([this, text, reply = std::move(reply)] {
+        const auto answer = m_states.find(text);
+        if (answer.fault)
+            throw Failure(answer.fault);
+        *reply = WideOf(answer.state.status);
     });
 }
 
 Concurrency::task<std::wstring> NetAccess::GetProjType(const ZRSmartFormat::SZRFTGuid& guid,
                                                        std::shared_ptr<std::wstring> reply)
 {
-    return start([this, text = GuidTextOf(guid), reply]() -> http::Fault {
-        const auto answer = m_client.send({.path = "/api/v1/projects/" + http::EncodedName(text)});
-        if (answer.fault)
-            return answer.fault;
-        const auto project = json::parse(answer.body, nullptr, false);
-        if (!project.is_object() || !project.contains("type") || !project["type"].is_string())
-            return {http::faultcode::badReply,
-                    "the project server answered with something that is no project"};
-        *reply = WideOf(project["type"].get<std::string>());
-        return {};
-    });
+    return start(
+        [this, path = "/api/v1/projects/" + http::EncodedName(GuidTextOf(guid)), reply = std::move(reply)] {
+            const auto project = json::parse(fetch(path), nullptr, false);
+            if (!project.is_object() || !project.contains("type") || !project["type"].is_string())
+                throw BadReply("project");
+            *reply = WideOf(project["type"].get<std::string>());
+        });
 }
 
-http::Fault NetAccess::fetchText(const std::string& path, std::wstring& text)
+void NetAccess::fetchList(const std::string& path, std::wstring& text) const
 {
-    const auto answer = m_client.send({.path = path});
-    if (!answer.fault)
-        text = WideOf(answer.body);
-    return answer.fault;
+    const auto body = fetch(path);
+    if (!json::parse(body, nullptr, false).is_array())
+        throw BadReply("list");
+    text = WideOf(body);
 }
 
 Concurrency::task<std::wstring> NetAccess::GetCountryList(std::shared_ptr<std::wstring> reply)
 {
-    return start([this, reply] { return fetchText("/api/v1/countries", *reply); });
+    return start([this, reply = std::move(reply)] { fetchList("/api/v1/countries", *reply); });
 }
 
 Concurrency::task<std::wstring> NetAccess::GetAdministrativeRegion(const std::wstring& id,
                                                                    std::shared_ptr<std::wstring> reply)
 {
-    return start([this, path = "/api/v1/regions?parent=" + http::EncodedName(Utf8Of(id)), reply] {
-        return fetchText(path, *reply);
-    });
+    return start([this, path = "/api/v1/regions?parent=" + http::EncodedName(Utf8Of(id)),
+                  reply = std::move(reply)] { fetchList(path, *reply); });
 }
 
 Concurrency::task<std::wstring> NetAccess::CanAppIdUpload(const std::wstring& appId)
 {
-    return start([this, id = Utf8Of(appId)]() -> http::Fault {
+    return start([this, id = Utf8Of(appId)] {
+        // An account without applications has no say of theirs to wait for.
         if (id.empty())
-            return {};
-        const auto answer =
-            m_client.send({.path = "/api/v1/applications/" + http::EncodedName(id) + "/upload"});
-        if (answer.fault)
-            return answer.fault;
-        const auto permission = json::parse(answer.body, nullptr, false);
+            return;
+        const auto permission =
+            json::parse(fetch("/api/v1/applications/" + http::EncodedName(id) + "/upload"), nullptr, false);
         if (!permission.is_object() || !permission.contains("allowed") || !permission["allowed"].is_boolean())
-            return {http::faultcode::badReply,
-                    "the project server answered with something that is no permission"};
+            throw BadReply("permission");
         if (permission["allowed"].get<bool>())
-            return {};
-        return {localcode::notOffered, permission.value("msg", std::string())};
+            return;
+        const auto reason = permission.find("msg");
+        throw Failure(localcode::notOffered, reason != permission.end() && reason->is_string()
+                                                 ? reason->get<std::string>()
+                                                 : "projects of this application may not be uploaded");
     });
 }
 
 Concurrency::task<std::wstring> NetAccess::DownloadFileAry(const std::vector<std::wstring>& serverPaths,
                                                            const std::vector<std::wstring>& localPaths)
 {
-    return start([this, serverPaths, localPaths]() -> http::Fault {
-        for (std::size_t i = 0; i < serverPaths.size() && i < localPaths.size(); ++i) {
-            if (auto fault = fetchFile(serverPaths[i], localPaths[i]))
-                return fault;
-        }
-        return {};
+    return start([this, serverPaths, localPaths] {
+        if (serverPaths.size() != localPaths.size())
+            throw Failure(localcode::badInput,
+                          "each file needs one path on the server and one on this machine");
+        for (std::size_t i = 0; i < serverPaths.size(); ++i)
+            fetchFile(Utf8Of(serverPaths[i]), PathOf(localPaths[i]));
     });
 }
 
-http::Fault NetAccess::fetchFile(const std::wstring& serverPath, const std::wstring& localPath)
+void NetAccess::fetchFile(const std::string& serverPath, const std::filesystem::path& file) const
 {
-    std::string guid;
-    std::string file;
-    if (!SplitServerPath(Utf8Of(serverPath), guid, file))
-        return {localcode::notHere, "no project's file has the path " + Utf8Of(serverPath)};
-    const auto answer = m_client.send(
-        {.path = "/api/v1/projects/" + http::EncodedName(guid) + "/files/" + http::EncodedName(file),
-         .timeout = std::chrono::seconds(60)});
-    if (answer.fault)
-        return answer.fault;
-    if (!WriteWhole(PathOf(localPath), answer.body))
-        return {localcode::cannotWrite, "the file " + Utf8Of(localPath) + " cannot be written"};
-    return {};
+    ArrivingFile arriving(*m_disk, file);
+    std::optional<Failure> failure;
+    http::Request request{.path = FilePath(serverPath), .timeout = std::chrono::seconds(0)};
+    request.largestReply = SIZE_MAX;
+    request.take = [&](std::span<const std::byte> bytes) {
+        try {
+            arriving.write(bytes);
+            return true;
+        } catch (const Failure& cannotWrite) {
+            failure = cannotWrite;
+            return false;
+        }
+    };
+    const auto reply = m_client.send(request);
+    if (failure)
+        throw Failure(*failure);
+    if (reply.fault)
+        throw Failure(reply.fault);
+    arriving.finish();
 }
 
 void NetAccess::LoginByToken(const std::wstring& token)
 {
     m_client.setToken(Utf8Of(token));
-    m_states.forget();
+    m_states.startAnew();
 }
 
 void NetAccess::SetCookie(const std::wstring& cookies)
 {
     m_client.setCookies(Utf8Of(cookies));
+    m_states.startAnew();
 }
 
 } // namespace ZRSmartDB

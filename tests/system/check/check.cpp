@@ -26,9 +26,9 @@ bool Check::run()
 {
     return take("login window", &Check::showLogin) && take("home window", &Check::logIn) &&
            take("tree", &Check::openTree) && take("downloading", &Check::beginDownload) &&
-           take("downloaded", &Check::finishDownload) && take("opened", &Check::openProject) &&
-           take("turned", &Check::turnModel) && take("home again", &Check::goHome) &&
-           take("closed", &Check::closeProject);
+           take("downloaded", &Check::finishDownload) && take("cards", &Check::fillHome) &&
+           take("opened", &Check::openProject) && take("turned", &Check::turnModel) &&
+           take("home again", &Check::goHome) && take("closed", &Check::closeProject);
 }
 
 bool Check::take(const char* name, Step step)
@@ -83,6 +83,12 @@ bool Check::finishDownload()
 {
     kill(m_server, SIGCONT);
     return m_session.finishDownload(road::house);
+}
+
+bool Check::fillHome()
+{
+    return m_session.download(road::engine) && m_session.download(road::layeredHouse) &&
+           m_session.download(road::scene);
 }
 
 bool Check::openProject()

@@ -31,6 +31,7 @@ private:
     [[nodiscard]] bool openTree();
     [[nodiscard]] bool beginDownload();
     [[nodiscard]] bool finishDownload();
+    [[nodiscard]] bool fillHome();
     [[nodiscard]] bool openProject();
     [[nodiscard]] bool turnModel();
     [[nodiscard]] bool goHome();

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "check/check.h"
 
+#include "shell/desktopsettings.h"
+
 #include <cstdio>
 #include <exception>
 
@@ -9,6 +11,7 @@
 
 int main(int argumentCount, char** arguments)
 {
+    shell::ChooseDesktopSettings();
     QApplication app(argumentCount, arguments);
     QApplication::setQuitOnLastWindowClosed(false);
     const QCommandLineOption shots(QStringLiteral("shots"), QStringLiteral("folder for the pictures"),

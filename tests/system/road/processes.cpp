@@ -45,7 +45,13 @@ QStringList ArgumentsOf(pid_t process)
     QFile file(ProcessFolder(process) + QStringLiteral("/cmdline"));
     if (!file.open(QIODevice::ReadOnly))
         return {};
-    return QString::fromLocal8Bit(file.readAll()).split(QChar(0), Qt::SkipEmptyParts);
+    QStringList arguments;
+    const auto parts = file.readAll().split('\0');
+    for (const auto& part : parts) {
+        if (!part.isEmpty())
+            arguments.append(QString::fromLocal8Bit(part));
+    }
+    return arguments;
 }
 
 } // namespace road

@@ -16,4 +16,9 @@ inline const QString house = QStringLiteral("5b0f6a52-6c1e-4d0b-9a35-1f1d6b7c0a0
 /// A building project with one model, an engine.
 inline const QString engine = QStringLiteral("5b0f6a52-6c1e-4d0b-9a35-1f1d6b7c0a03");
 
+/// A building project with a model for each floor.
+inline const QString layeredHouse = QStringLiteral("5b0f6a52-6c1e-4d0b-9a35-1f1d6b7c0a02");
+/// A scene with two building projects.
+inline const QString scene = QStringLiteral("5b0f6a52-6c1e-4d0b-9a35-1f1d6b7c0b02");
+
 } // namespace road

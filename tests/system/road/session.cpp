@@ -71,6 +71,12 @@ bool Session::enter()
     return showLogin() && logIn() && m_home.openWholeTree();
 }
 
+bool Session::download(const QString& guid)
+{
+    return m_home.doubleClickInTree(guid) && WaitFor([&] { return HomeScreen::card(guid) != nullptr; }) &&
+           finishDownload(guid);
+}
+
 bool Session::beginDownload(const QString& guid)
 {
     return m_home.doubleClickInTree(guid) &&
@@ -118,12 +124,6 @@ bool Session::closeCurrentTab()
     const int before = HomeScreen::tabs().size();
     return m_home.click(QStringLiteral("tabCloseBtn")) &&
            WaitFor([&] { return HomeScreen::tabs().size() == before - 1; });
-}
-
-bool Session::closeHome()
-{
-    return m_home.click(QStringLiteral("closeBtn")) &&
-           WaitFor([] { return HomeScreen::window() == nullptr; });
 }
 
 void Session::leave()

@@ -28,10 +28,11 @@ public:
     /// Both, and the whole tree opened.
     [[nodiscard]] bool enter();
 
-    /// Asks for the download of a project of the tree.
+    /// Brings a project of the tree.
+    [[nodiscard]] bool download(const QString& guid);
+    /// The same in two, where something holds the download up so that it can be seen.
     [[nodiscard]] bool beginDownload(const QString& guid);
     [[nodiscard]] bool finishDownload(const QString& guid);
-    [[nodiscard]] bool download(const QString& guid) { return beginDownload(guid) && finishDownload(guid); }
 
     /// Opens a project by its card, until its window stands over the content area and shows a model.
     [[nodiscard]] bool open(const QString& guid);
@@ -47,8 +48,6 @@ public:
     [[nodiscard]] bool turnTo(const QString& guid);
     [[nodiscard]] bool closeCurrentTab();
 
-    /// Closes the home window by its button, as a person does. Nothing else of the host ends by that.
-    [[nodiscard]] bool closeHome();
     [[nodiscard]] bool logOut() { return m_home.click(QStringLiteral("logoutBtn")); }
 
     /// Ends the host.

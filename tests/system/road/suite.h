@@ -4,6 +4,7 @@
 #include "road/processes.h"
 #include "road/projectserver.h"
 #include "road/session.h"
+#include "shell/desktopsettings.h"
 
 #include <memory>
 
@@ -44,3 +45,13 @@ private slots:
 };
 
 } // namespace road
+
+/// The program of a suite.
+#define ROAD_MAIN(SuiteClass)                                                                                \
+    int main(int argumentCount, char** arguments)                                                            \
+    {                                                                                                        \
+        shell::ChooseDesktopSettings();                                                                      \
+        QApplication app(argumentCount, arguments);                                                          \
+        SuiteClass suite;                                                                                    \
+        return QTest::qExec(&suite, argumentCount, arguments);                                               \
+    }

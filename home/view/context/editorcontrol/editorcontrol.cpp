@@ -76,7 +76,10 @@ QString DownloadRefusal(int serverState)
 
 } // namespace
 
-CEditorControl::CEditorControl(QObject* parent) : QObject(parent) {}
+CEditorControl::CEditorControl(QObject* parent)
+    : QObject(parent)
+{
+}
 
 CEditorControl::~CEditorControl() = default;
 
@@ -201,8 +204,8 @@ void CEditorControl::reflushProjTree()
 
 void CEditorControl::slotProcessFinsh(int /*exitCode*/)
 {
-    // The signal is passed on by the process control, which then is the sender: this finds a process only when it is
-    // connected to one directly.
+    // The signal is passed on by the process control, which then is the sender: this finds a process only
+    // when it is connected to one directly.
     const auto* process = qobject_cast<QProcess*>(sender());
     if (process != nullptr)
         UpdateProjectState(process->objectName());

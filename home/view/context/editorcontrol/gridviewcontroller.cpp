@@ -32,7 +32,8 @@ CProjectMgr& ProjectMgr()
 
 QString PictureUrl(const QString& path)
 {
-    return path.isEmpty() ? QStringLiteral("qrc:/images/card_ic_default.png") : QStringLiteral("file:///") + path;
+    return path.isEmpty() ? QStringLiteral("qrc:/images/card_ic_default.png")
+                          : QStringLiteral("file:///") + path;
 }
 
 QString LocalPicture(const ZRSmartDB::IZRProject& project)
@@ -56,7 +57,8 @@ CGridViewData::StateTypeEnum StateWithSubProjects(const QString& guid)
 {
     const auto subProjects = CHomeApp::instance().GetMgr<CLocalProjectInfoMgr>()->GetSubProjects(guid);
     for (const auto& subProject : subProjects) {
-        if (ProjectMgr().GetProject(subProject) != nullptr && StateOf(subProject) == CGridViewData::ST_ModifyState)
+        if (ProjectMgr().GetProject(subProject) != nullptr &&
+            StateOf(subProject) == CGridViewData::ST_ModifyState)
             return CGridViewData::ST_ModifyState;
     }
     return StateOf(guid);
@@ -112,7 +114,8 @@ void ShowOldProject(CGridViewData& card, const QString& guid)
 } // namespace
 
 CGridViewController::CGridViewController(QObject* parent)
-    : QObject(parent), m_model(std::make_unique<CGridViewListModel>())
+    : QObject(parent)
+    , m_model(std::make_unique<CGridViewListModel>())
 {
 }
 

@@ -4,7 +4,10 @@
 namespace TorvoEditor
 {
 
-CGridViewData::CGridViewData(QObject* parent) : QObject(parent) {}
+CGridViewData::CGridViewData(QObject* parent)
+    : QObject(parent)
+{
+}
 
 void CGridViewData::setGuid(const QString& guid)
 {

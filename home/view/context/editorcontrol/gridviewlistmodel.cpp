@@ -8,7 +8,10 @@
 namespace TorvoEditor
 {
 
-CGridViewListModel::CGridViewListModel(QObject* parent) : QAbstractListModel(parent) {}
+CGridViewListModel::CGridViewListModel(QObject* parent)
+    : QAbstractListModel(parent)
+{
+}
 
 CGridViewListModel::~CGridViewListModel() = default;
 
@@ -35,8 +38,11 @@ void CGridViewListModel::addProjectInfo(CGridViewData* proInfo)
         return;
     // A card that a screen asks for by an operation must not become the script engine's to delete.
     QQmlEngine::setObjectOwnership(proInfo, QQmlEngine::CppOwnership);
+    connect(proInfo, &CGridViewData::guidChanged, this, [this] { m_isIndexed = false; });
     beginInsertRows({}, count(), count());
     m_cards.emplace_back(proInfo);
+    if (m_isIndexed && !m_firstByGuid.contains(proInfo->guid()))
+        m_firstByGuid.insert(proInfo->guid(), proInfo);
     endInsertRows();
 }
 
@@ -44,14 +50,16 @@ void CGridViewListModel::removeProjectInfo(const QString& strGuid)
 {
     if (strGuid.isEmpty())
         return;
-    const auto card =
-        std::find_if(m_cards.begin(), m_cards.end(), [&](const auto& each) { return each->guid() == strGuid; });
+    const auto* wanted = getDataByGuid(strGuid);
+    const auto card = std::find_if(m_cards.begin(), m_cards.end(),
+                                   [wanted](const auto& each) { return each.get() == wanted; });
     if (card == m_cards.end())
         return;
     const int row = static_cast<int>(std::distance(m_cards.begin(), card));
     beginRemoveRows({}, row, row);
     const auto removed = std::move(*card);
     m_cards.erase(card);
+    m_isIndexed = false;
     endRemoveRows();
 }
 
@@ -64,9 +72,13 @@ CGridViewData* CGridViewListModel::getProjectInfoData(int index) const
 
 CGridViewData* CGridViewListModel::getDataByGuid(const QString& strGuid) const
 {
-    const auto card =
-        std::find_if(m_cards.begin(), m_cards.end(), [&](const auto& each) { return each->guid() == strGuid; });
-    return card == m_cards.end() ? nullptr : card->get();
+    if (!m_isIndexed) {
+        m_firstByGuid.clear();
+        for (auto card = m_cards.rbegin(); card != m_cards.rend(); ++card)
+            m_firstByGuid.insert((*card)->guid(), card->get());
+        m_isIndexed = true;
+    }
+    return m_firstByGuid.value(strGuid);
 }
 
 bool CGridViewListModel::isContain(const QString& strGuid) const
@@ -85,6 +97,7 @@ void CGridViewListModel::clear()
         return;
     beginResetModel();
     m_cards.clear();
+    m_firstByGuid.clear();
     endResetModel();
 }
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include <QAbstractListModel>
+#include <QHash>
 #include <QList>
 #include <QMap>
 #include <QString>
@@ -49,6 +50,9 @@ public:
 
 private:
     std::vector<std::unique_ptr<CGridViewData>> m_cards;
+    // Every step of a start with thousands of projects looks for a card.
+    mutable QHash<QString, CGridViewData*> m_firstByGuid;
+    mutable bool m_isIndexed = true; ///< m_firstByGuid is right
 };
 
 /// The text for files at these positions of the conversion queue, 0 being converted now; empty for no files.

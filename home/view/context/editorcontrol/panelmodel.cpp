@@ -7,8 +7,9 @@
 #include "core/homeapp.h"
 #include "project/localprojectinfomgr.h"
 #include "project/projectmgr.h"
+#include "view/context/editorcontrol/treeprojects.h"
 
-#include <QMap>
+#include <QScopeGuard>
 #include <QStandardItem>
 
 namespace TorvoEditor
@@ -19,8 +20,6 @@ namespace
 
 const auto sceneType = QLatin1String("CIM");
 const auto bimType = QLatin1String("BIM");
-constexpr int bimTypeFlag = 1;
-constexpr int sceneTypeFlag = 0;
 
 CProjectMgr& ProjectMgr()
 {
@@ -30,6 +29,19 @@ CProjectMgr& ProjectMgr()
 const CLocalProjectInfoMgr& LocalProjects()
 {
     return *CHomeApp::instance().GetMgr<CLocalProjectInfoMgr>();
+}
+
+/// The word for the type number of a server's record; empty for one that nobody knows.
+QString TypeWord(int type)
+{
+    switch (type) {
+    case 0:
+        return sceneType;
+    case 1:
+        return bimType;
+    default:
+        return {};
+    }
 }
 
 QString TypeIcon(const QString& type)
@@ -76,16 +88,12 @@ QString TypeOf(const ZRSmartDB::IZRProject& project)
     return QString::fromStdWString(project.GetType());
 }
 
-QString DepartmentOf(ZRSmartDB::IZRProject* project)
-{
-    QMap<QString, QString> attributes;
-    ProjectMgr().GetProjExtAttrs(project, attributes);
-    return attributes.value(QStringLiteral("deptId"));
-}
-
 } // namespace
 
-CPanelModel::CPanelModel(QObject* parent) : QObject(parent) {}
+CPanelModel::CPanelModel(QObject* parent)
+    : QObject(parent)
+{
+}
 
 CPanelModel::~CPanelModel() = default;
 
@@ -115,64 +123,66 @@ void CPanelModel::RebuildTree()
     // The screens may hold the old pair until they have heard of the new one; it goes with the parent.
     m_treeModel = new XHUTILITY::CTreeModel(parent());
     m_sortModel = new XHUTILITY::CSortTreeModel(parent());
-    m_index = CTreeIndex(m_treeModel->invisibleRootItem());
+    m_sortModel->setSearchKey(QStringLiteral("text1"));
     m_bimProjCount = 0;
     m_sceneProjCount = 0;
-
-    const auto& orgRoot = ProjectMgr().orgRoot();
-    if (!m_bOrgMode) {
-        AddServerProjects(m_treeModel->invisibleRootItem(), TorvoSDK::SOrgNode());
-        AddLocalProjects(m_treeModel->invisibleRootItem(), TorvoSDK::SOrgNode());
-    } else if (!IsEmptyOrgNode(orgRoot)) {
-        AddOrgNode(m_treeModel->invisibleRootItem(), orgRoot);
-    }
-
-    // Attached when it is full: the sorted view need not follow each of the insertions.
-    m_sortModel->setSearchKey(QStringLiteral("text1"));
-    m_sortModel->setSourceModel(m_treeModel);
+    fillTree();
     m_sortModel->sort(0, Qt::AscendingOrder);
     emit onTreeModelChanged();
     emit onBimProjCountChanged();
     emit onSceneProjCountChanged();
 }
 
-void CPanelModel::AddOrgNode(QStandardItem* parent, const TorvoSDK::SOrgNode& node)
+void CPanelModel::fillTree()
+{
+    // Built beside the models and moved in as a whole: neither has to follow each of the items. What stands
+    // when the building is broken off is moved in as well.
+    QStandardItem top;
+    m_index = CTreeIndex(&top);
+    const auto moveIn = qScopeGuard([&] {
+        const auto items = top.takeColumn(0);
+        for (auto* item : items)
+            m_treeModel->appendRow(item);
+        m_index.setRoot(m_treeModel->invisibleRootItem());
+        m_sortModel->setSourceModel(m_treeModel);
+    });
+
+    CTreeProjects projects;
+    const auto& orgRoot = ProjectMgr().orgRoot();
+    if (!m_bOrgMode) {
+        AddServerProjects(&top, TorvoSDK::SOrgNode(), projects);
+        AddLocalProjects(&top, TorvoSDK::SOrgNode(), projects);
+    } else if (!IsEmptyOrgNode(orgRoot)) {
+        AddOrgNode(&top, orgRoot, projects);
+    }
+}
+
+void CPanelModel::AddOrgNode(QStandardItem* parent, const TorvoSDK::SOrgNode& node, CTreeProjects& projects)
 {
     auto* item = appendItem(parent, CProjectMgr::MakeOrgRow(node));
     for (const auto& child : node.children)
-        AddOrgNode(item, child);
+        AddOrgNode(item, child, projects);
     if (node.canSelect) {
-        AddServerProjects(item, node);
-        AddLocalProjects(item, node);
+        AddServerProjects(item, node, projects);
+        AddLocalProjects(item, node, projects);
     }
 }
 
-void CPanelModel::AddServerProjects(QStandardItem* parent, const TorvoSDK::SOrgNode& node)
+void CPanelModel::AddServerProjects(QStandardItem* parent, const TorvoSDK::SOrgNode& node,
+                                    CTreeProjects& projects)
 {
-    const bool isDepartment = !IsEmptyOrgNode(node);
-    for (const auto& record : ProjectMgr().serverProjects()) {
-        if (isDepartment && record.customMap.at(L"deptId") != node.id)
-            continue;
-        if (record.type == bimTypeFlag)
-            ++m_bimProjCount;
-        else if (record.type == sceneTypeFlag)
-            ++m_sceneProjCount;
-        if (!m_strType.isEmpty() && m_strType != (record.type == sceneTypeFlag ? sceneType : bimType))
-            continue;
-        appendItem(parent, CProjectMgr::MakeProjectRow(record));
+    for (const auto* record : projects.serverProjectsOf(node)) {
+        const QString type = TypeWord(record->type);
+        countProject(type, 1);
+        if (m_strType.isEmpty() || m_strType == type)
+            appendItem(parent, CProjectMgr::MakeProjectRow(*record));
     }
 }
 
-void CPanelModel::AddLocalProjects(QStandardItem* parent, const TorvoSDK::SOrgNode& node)
+void CPanelModel::AddLocalProjects(QStandardItem* parent, const TorvoSDK::SOrgNode& node,
+                                   CTreeProjects& projects)
 {
-    const bool isDepartment = !IsEmptyOrgNode(node);
-    for (const auto& guid : LocalProjects().projectGuids()) {
-        auto* project = ProjectMgr().GetProject(guid);
-        if (project == nullptr)
-            continue;
-        if (isDepartment && DepartmentOf(project) != QString::fromStdWString(node.id))
-            continue;
-        const QString type = TypeOf(*project);
+    for (const auto& [guid, project] : projects.localProjectsOf(node)) {
         if (auto* item = m_index.find(guid)) {
             auto row = RowOf(item);
             row.insert(QStringLiteral("image2"), ProjectMgr().GetProjStatusIcon(guid));
@@ -180,7 +190,8 @@ void CPanelModel::AddLocalProjects(QStandardItem* parent, const TorvoSDK::SOrgNo
             SetRow(item, row);
             continue;
         }
-        (type == bimType ? m_bimProjCount : m_sceneProjCount) += 1;
+        const QString type = TypeOf(*project);
+        countProject(type, 1);
         if (m_strType.isEmpty() || m_strType == type)
             appendItem(parent, LocalRow(guid, NameOf(*project), type));
     }
@@ -193,15 +204,14 @@ void CPanelModel::AddItem(const QString& guid)
         return;
     const QString type = TypeOf(*project);
     auto* parent = m_treeModel->invisibleRootItem();
-    if (m_bOrgMode) {
+    if (m_bOrgMode)
         parent = m_index.find(DepartmentOf(project));
-        if (parent == nullptr || parent == m_treeModel->invisibleRootItem())
-            return;
-    } else if (!m_strType.isEmpty() && m_strType != type) {
+    else if (!m_strType.isEmpty() && m_strType != type)
         return;
-    }
-    appendItem(parent, LocalRow(guid, NameOf(*project), type));
+    if (parent == nullptr)
+        return;
     changeCount(type, 1);
+    appendItem(parent, LocalRow(guid, NameOf(*project), type));
     m_sortModel->sort(0, Qt::AscendingOrder);
 }
 
@@ -280,15 +290,21 @@ QStandardItem* CPanelModel::appendItem(QStandardItem* parent, const QVariantMap&
     return item;
 }
 
+void CPanelModel::countProject(const QString& type, int difference)
+{
+    if (type == bimType)
+        m_bimProjCount += difference;
+    else if (type == sceneType)
+        m_sceneProjCount += difference;
+}
+
 void CPanelModel::changeCount(const QString& type, int difference)
 {
-    if (type == bimType) {
-        m_bimProjCount += difference;
+    countProject(type, difference);
+    if (type == bimType)
         emit onBimProjCountChanged();
-    } else {
-        m_sceneProjCount += difference;
+    else if (type == sceneType)
         emit onSceneProjCountChanged();
-    }
 }
 
 } // namespace TorvoEditor

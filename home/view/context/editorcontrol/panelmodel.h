@@ -24,6 +24,8 @@ class CTreeModel;
 namespace TorvoEditor
 {
 
+class CTreeProjects;
+
 /// The tree of all projects that the user can reach, on the server and here, flat or by organisation, with
 /// counts, a filter by type and a search. Published as "leftPanelModel". GUI thread.
 ///
@@ -67,11 +69,14 @@ signals:
     void onTreeModelChanged();
 
 private:
-    void AddOrgNode(QStandardItem* parent, const TorvoSDK::SOrgNode& node);
-    void AddServerProjects(QStandardItem* parent, const TorvoSDK::SOrgNode& node);
-    void AddLocalProjects(QStandardItem* parent, const TorvoSDK::SOrgNode& node);
+    void fillTree();
+    void AddOrgNode(QStandardItem* parent, const TorvoSDK::SOrgNode& node, CTreeProjects& projects);
+    void AddServerProjects(QStandardItem* parent, const TorvoSDK::SOrgNode& node, CTreeProjects& projects);
+    void AddLocalProjects(QStandardItem* parent, const TorvoSDK::SOrgNode& node, CTreeProjects& projects);
 
     QStandardItem* appendItem(QStandardItem* parent, const QVariantMap& row);
+    void countProject(const QString& type, int difference);
+    /// countProject, with the signal of the count.
     void changeCount(const QString& type, int difference);
 
     QString m_strType; ///< the filter

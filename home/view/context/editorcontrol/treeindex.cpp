@@ -3,6 +3,8 @@
 
 #include "XHUtility/treemodel.h"
 
+#include <algorithm>
+
 #include <QStandardItem>
 #include <QVariantMap>
 
@@ -17,27 +19,39 @@ QString TextOfItem(const QStandardItem* item)
     return item->data(XHUTILITY::CTreeModel::valueRole).toMap().value(QStringLiteral("text2")).toString();
 }
 
-QStandardItem* Walk(QStandardItem* item, const QString& text)
+/// The rows that lead from the top of the tree down to `item`.
+QVector<int> PathOf(const QStandardItem* item)
 {
-    if (TextOfItem(item) == text)
-        return item;
-    for (int row = 0; row < item->rowCount(); ++row) {
-        if (auto* found = Walk(item->child(row), text))
-            return found;
-    }
-    return nullptr;
+    QVector<int> path;
+    for (; item != nullptr; item = item->parent())
+        path.append(item->row());
+    std::reverse(path.begin(), path.end());
+    return path;
+}
+
+/// The order of the walk: an item that the other lies below comes first, otherwise the upper one.
+bool StandsBefore(const QStandardItem* item, const QStandardItem* other)
+{
+    return PathOf(item) < PathOf(other);
 }
 
 } // namespace
 
 void CTreeIndex::add(QStandardItem* item)
 {
-    m_items.insert(TextOfItem(item), item);
+    auto& items = m_items[TextOfItem(item)];
+    const auto place = std::upper_bound(items.begin(), items.end(), item, StandsBefore);
+    items.insert(place, item);
 }
 
 void CTreeIndex::remove(QStandardItem* item)
 {
-    m_items.remove(TextOfItem(item), item);
+    const auto found = m_items.find(TextOfItem(item));
+    if (found != m_items.end()) {
+        found->removeOne(item);
+        if (found->isEmpty())
+            m_items.erase(found);
+    }
     for (int row = 0; row < item->rowCount(); ++row)
         remove(item->child(row));
 }
@@ -45,13 +59,10 @@ void CTreeIndex::remove(QStandardItem* item)
 QStandardItem* CTreeIndex::find(const QString& text) const
 {
     // The root carries no map, so that to the walk its text is the empty one.
-    if (m_root == nullptr || text.isEmpty())
+    if (text.isEmpty())
         return m_root;
-    const auto first = m_items.constFind(text);
-    if (first == m_items.constEnd())
-        return nullptr;
-    const bool isOnly = std::next(first) == m_items.constEnd() || std::next(first).key() != text;
-    return isOnly ? first.value() : Walk(m_root, text);
+    const auto found = m_items.constFind(text);
+    return found != m_items.constEnd() ? found->constFirst() : nullptr;
 }
 
 } // namespace TorvoEditor

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QMultiHash>
+#include <QHash>
 #include <QString>
+#include <QVector>
 
 class QStandardItem;
 
@@ -11,13 +12,19 @@ namespace TorvoEditor
 
 /// Finds the item of a tree by the text that stands under "text2" in its map, without walking the tree.
 ///
-/// Its answer is that of a depth-first walk from the root that tests an item before its children and ends with the
-/// first hit. Where one text stands under several items, only that text costs a walk.
+/// Its answer is that of a depth-first walk from the root that tests an item before its children and ends
+/// with the first hit. The texts of items in the tree and their order among each other must not change.
 class CTreeIndex
 {
 public:
     /// Looks below `root` from now on, which has no items yet.
-    explicit CTreeIndex(QStandardItem* root = nullptr) : m_root(root) {}
+    explicit CTreeIndex(QStandardItem* root = nullptr)
+        : m_root(root)
+    {
+    }
+
+    /// The items below the root have moved, in their order, to the place below `root`.
+    void setRoot(QStandardItem* root) { m_root = root; }
 
     /// The item has been put into the tree.
     void add(QStandardItem* item);
@@ -30,7 +37,7 @@ public:
 
 private:
     QStandardItem* m_root;
-    QMultiHash<QString, QStandardItem*> m_items;
+    QHash<QString, QVector<QStandardItem*>> m_items; ///< by text, in the order of the walk
 };
 
 } // namespace TorvoEditor
