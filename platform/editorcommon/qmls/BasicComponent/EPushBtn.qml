@@ -20,12 +20,22 @@ T.AbstractButton {
 
     signal click()
 
+    function showTip() {
+        if (root.hovered && root.tipText !== "") {
+            tip.active = true
+            tip.item.open()
+        } else if (tip.item !== null) {
+            tip.item.close()
+        }
+    }
+
     implicitWidth: Math.max(implicitBackgroundWidth, implicitContentWidth + leftPadding + rightPadding)
     implicitHeight: Math.max(implicitBackgroundHeight, implicitContentHeight + topPadding + bottomPadding)
     hoverEnabled: true
     // A click leaves the focus where it was; the keyboard comes here by Tab.
     focusPolicy: Qt.TabFocus
     onClicked: root.click()
+    onHoveredChanged: root.showTip()
     Keys.onReturnPressed: root.click()
     Keys.onEnterPressed: root.click()
 
@@ -44,12 +54,12 @@ T.AbstractButton {
         visible: root.visualFocus
     }
 
-    // Made when the pointer rests here for the first time: a grid holds hundreds of buttons.
+    // Made when the pointer comes here for the first time: a grid holds hundreds of buttons. It stays from then on: a
+    // Loader cuts off what it unloads before it deletes it, and a tip that waits would open nowhere.
     Loader {
-        active: root.tipText !== "" && root.hovered
-        sourceComponent: EToolTip {
-            text: root.tipText
-            Component.onCompleted: open()
-        }
+        id: tip
+
+        active: false
+        sourceComponent: EToolTip { text: root.tipText }
     }
 }
