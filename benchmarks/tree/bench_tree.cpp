@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+#include "XHUtility/sorttreemodel.h"
+#include "XHUtility/treemodel.h"
+#include "fakes/startedhome.h"
+#include "project/localprojectinfomgr.h"
+#include "project/projectmgr.h"
+#include "ratio.h"
+#include "view/context/editorcontrol/panelmodel.h"
+
+#include <functional>
+#include <vector>
+
+#include <QGuiApplication>
+#include <QStandardItemModel>
+#include <QVariantMap>
+
+// The tree of the left panel against a bare QStandardItemModel with the same rows. Database and server answer from
+// memory, as the stand-ins of the unit tests do; their book of calls is not kept here.
+
+namespace Fakes
+{
+
+void Called(const QString& /*call*/) {}
+
+QStringList Calls()
+{
+    return {};
+}
+
+QStringList CallsOf(const QStringList& /*names*/)
+{
+    return {};
+}
+
+void ForgetCalls() {}
+
+} // namespace Fakes
+
+namespace
+{
+
+using namespace TorvoEditor;
+
+constexpr int projects = 10000;
+constexpr int runs = 9;
+
+QString GuidOf(int number)
+{
+    return QStringLiteral("%1-0000-4000-8000-000000000000").arg(number, 8, 16, QLatin1Char('0'));
+}
+
+/// 10,000 projects on the server and 10,000 here, half of which are the same.
+void Fill(Fakes::Surroundings& around)
+{
+    for (int i = 0; i < projects; ++i)
+        around.host.projects.addServerProject(GuidOf(i), QStringLiteral("工程 %1").arg(i * 7919 % projects), i % 2);
+    auto* local = CHomeApp::instance().GetMgr<CLocalProjectInfoMgr>();
+    static_cast<void>(local);
+}
+
+std::vector<QVariantMap> RowsOf(const QAbstractItemModel& model)
+{
+    std::vector<QVariantMap> rows;
+    for (int row = 0; row < model.rowCount(); ++row)
+        rows.push_back(model.index(row, 0).data(XHUTILITY::CTreeModel::valueRole).toMap());
+    return rows;
+}
+
+void FillBare(const std::vector<QVariantMap>& rows)
+{
+    QStandardItemModel model;
+    for (const auto& row : rows) {
+        auto* item = new QStandardItem;
+        item->setData(row, XHUTILITY::CTreeModel::valueRole);
+        model.appendRow(item);
+    }
+}
+
+} // namespace
+
+int main(int argumentCount, char** arguments)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QGuiApplication app(argumentCount, arguments);
+    Fakes::Surroundings around;
+    Fill(around);
+    for (int i = projects / 2; i < projects + projects / 2; ++i) {
+        const QString guid = GuidOf(i);
+        Fakes::SmartDB::instance().add(guid, QStringLiteral("工程 %1").arg(i), i % 2 == 0 ? "CIM" : "BIM").state = 1;
+        Fakes::SmartDB::instance().net.setReply("GetStatusByProjId", guid, {"1", {}, false, {}});
+    }
+    if (!CHomeApp::instance().Init(Fakes::TestSession()))
+        return 2;
+    for (int i = projects / 2; i < projects + projects / 2; ++i)
+        CHomeApp::instance().GetMgr<CLocalProjectInfoMgr>()->AddProject(GuidOf(i));
+
+    QObject owner;
+    auto* panel = new CPanelModel(&owner);
+    panel->InitGrouping();
+    const auto rows = RowsOf(*panel->treeModel().value<XHUTILITY::CSortTreeModel*>());
+    std::fprintf(stderr, "%zu rows\n", rows.size());
+
+    std::vector<double> ours;
+    std::vector<double> bare;
+    for (int run = 0; run < runs; ++run) {
+        ours.push_back(bench::SecondsOf([&] { panel->RebuildTree(); }));
+        bare.push_back(bench::SecondsOf([&] { FillBare(rows); }));
+    }
+    std::fprintf(stderr, "ours %.1f ms, bare %.1f ms (medians of %d)\n", bench::MedianOf(ours) * 1000,
+                 bench::MedianOf(bare) * 1000, runs);
+    bench::Report report;
+    report.ratio("tree build of 10,000 + 10,000 projects", bench::MedianOf(ours) / bench::MedianOf(bare), 2.0,
+                 "a bare QStandardItemModel filled with the same rows");
+    return report.exitCode();
+}
