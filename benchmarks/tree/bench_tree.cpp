@@ -2,7 +2,7 @@
 #include "XHUtility/sorttreemodel.h"
 #include "XHUtility/treemodel.h"
 #include "fakes/startedhome.h"
-#include "project/localprojectinfomgr.h"
+#include "project/projectconfig.h"
 #include "project/projectmgr.h"
 #include "ratio.h"
 #include "view/context/editorcontrol/panelmodel.h"
@@ -11,11 +11,13 @@
 #include <vector>
 
 #include <QGuiApplication>
+#include <QJsonArray>
+#include <QJsonObject>
 #include <QStandardItemModel>
 #include <QVariantMap>
 
-// The tree of the left panel against a bare QStandardItemModel with the same rows. Database and server answer from
-// memory, as the stand-ins of the unit tests do; their book of calls is not kept here.
+// The tree of the left panel against a bare QStandardItemModel with the same rows. Database and server answer
+// from memory, as the stand-ins of the unit tests do; their book of calls is not kept here.
 
 namespace Fakes
 {
@@ -53,9 +55,18 @@ QString GuidOf(int number)
 void Fill(Fakes::Surroundings& around)
 {
     for (int i = 0; i < projects; ++i)
-        around.host.projects.addServerProject(GuidOf(i), QStringLiteral("工程 %1").arg(i * 7919 % projects), i % 2);
-    auto* local = CHomeApp::instance().GetMgr<CLocalProjectInfoMgr>();
-    static_cast<void>(local);
+        around.host.projects.addServerProject(GuidOf(i), QStringLiteral("工程 %1").arg(i * 7919 % projects),
+                                              i % 2);
+    QJsonArray list;
+    for (int i = projects / 2; i < projects + projects / 2; ++i) {
+        const QString guid = GuidOf(i);
+        auto& database = Fakes::SmartDB::instance();
+        database.add(guid, QStringLiteral("工程 %1").arg(i), i % 2 == 0 ? "CIM" : "BIM").state = 1;
+        database.net.setReply("GetStatusByProjId", guid, {"1", {}, false, {}});
+        list.append(QJsonObject{{"guid", guid}});
+    }
+    WriteProjectConfig(QCoreApplication::applicationDirPath() + "/ProjectConfig.json",
+                       EncodeProjectConfig(list));
 }
 
 std::vector<QVariantMap> RowsOf(const QAbstractItemModel& model)
@@ -66,12 +77,15 @@ std::vector<QVariantMap> RowsOf(const QAbstractItemModel& model)
     return rows;
 }
 
-void FillBare(const std::vector<QVariantMap>& rows)
+/// Each row is made as the tree makes its own: a map of texts of its own, and not one that is there already.
+void FillBare(QStandardItemModel& model, const std::vector<QVariantMap>& rows)
 {
-    QStandardItemModel model;
     for (const auto& row : rows) {
+        QVariantMap own;
+        for (auto value = row.begin(); value != row.end(); ++value)
+            own.insert(value.key(), value.value());
         auto* item = new QStandardItem;
-        item->setData(row, XHUTILITY::CTreeModel::valueRole);
+        item->setData(own, XHUTILITY::CTreeModel::valueRole);
         model.appendRow(item);
     }
 }
@@ -84,16 +98,8 @@ int main(int argumentCount, char** arguments)
     QGuiApplication app(argumentCount, arguments);
     Fakes::Surroundings around;
     Fill(around);
-    for (int i = projects / 2; i < projects + projects / 2; ++i) {
-        const QString guid = GuidOf(i);
-        Fakes::SmartDB::instance().add(guid, QStringLiteral("工程 %1").arg(i), i % 2 == 0 ? "CIM" : "BIM").state = 1;
-        Fakes::SmartDB::instance().net.setReply("GetStatusByProjId", guid, {"1", {}, false, {}});
-    }
     if (!CHomeApp::instance().Init(Fakes::TestSession()))
         return 2;
-    for (int i = projects / 2; i < projects + projects / 2; ++i)
-        CHomeApp::instance().GetMgr<CLocalProjectInfoMgr>()->AddProject(GuidOf(i));
-
     QObject owner;
     auto* panel = new CPanelModel(&owner);
     panel->InitGrouping();
@@ -104,7 +110,8 @@ int main(int argumentCount, char** arguments)
     std::vector<double> bare;
     for (int run = 0; run < runs; ++run) {
         ours.push_back(bench::SecondsOf([&] { panel->RebuildTree(); }));
-        bare.push_back(bench::SecondsOf([&] { FillBare(rows); }));
+        QStandardItemModel model;
+        bare.push_back(bench::SecondsOf([&] { FillBare(model, rows); }));
     }
     std::fprintf(stderr, "ours %.1f ms, bare %.1f ms (medians of %d)\n", bench::MedianOf(ours) * 1000,
                  bench::MedianOf(bare) * 1000, runs);

@@ -2,7 +2,6 @@
 #include "ZRSmartFormat/zrftguid.h"
 
 #include <array>
-#include <cwchar>
 #include <optional>
 
 namespace ZRSmartFormat
@@ -61,6 +60,14 @@ std::optional<SZRFTGuid> TrueGuid(std::wstring_view text)
     return guid;
 }
 
+void PrintHex(std::wstring& text, std::size_t position, std::uint32_t value, std::size_t digits)
+{
+    for (std::size_t i = digits; i > 0; --i) {
+        text[position + i - 1] = L"0123456789abcdef"[value & 0xfU];
+        value >>= 4U;
+    }
+}
+
 } // namespace
 
 SZRFTGuid GuidFromText(std::wstring_view text)
@@ -79,11 +86,15 @@ std::wstring GuidToText(const SZRFTGuid& guid)
     if (!guid.alias.empty())
         return guid.alias;
 
-    std::array<wchar_t, guidTextLength + 1> text{};
-    const auto* d = guid.Data4;
-    std::swprintf(text.data(), text.size(), L"%08x-%04x-%04x-%02x%02x-%02x%02x%02x%02x%02x%02x", guid.Data1,
-                  guid.Data2, guid.Data3, d[0], d[1], d[2], d[3], d[4], d[5], d[6], d[7]);
-    return text.data();
+    // By hand: every question to the project database prints a key or two, and the formatted functions for
+    // wide texts take ten times as long.
+    std::wstring text(guidTextLength, L'-');
+    PrintHex(text, 0, guid.Data1, 8);
+    PrintHex(text, 9, guid.Data2, 4);
+    PrintHex(text, 14, guid.Data3, 4);
+    for (std::size_t i = 0; i < data4Positions.size(); ++i)
+        PrintHex(text, data4Positions[i], guid.Data4[i], 2);
+    return text;
 }
 
 } // namespace ZRSmartFormat
