@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include <QProcess>
+#include <QTemporaryDir>
+
+/// The real project server on a data folder of its own, with one account.
+class RealServer
+{
+public:
+    /// `program` is torvo-server. Throws std::runtime_error when it does not start.
+    explicit RealServer(const QString& program);
+    ~RealServer();
+
+    [[nodiscard]] std::string address() const { return m_address; }
+    /// A login of the account.
+    [[nodiscard]] std::string token() const { return m_token; }
+
+    /// Makes a folder the newest revision of a project of the account; `parent` is the project of a model.
+    void publish(const std::string& guid, const std::string& type, const std::filesystem::path& folder,
+                 const std::string& parent = {});
+
+    void kill();
+
+private:
+    void run(const QStringList& arguments, const QByteArray& input = {}) const;
+
+    QString m_program;
+    QTemporaryDir m_folder;
+    QProcess m_process;
+    std::string m_address;
+    std::string m_token;
+};

@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+#include "scriptedserver.h"
+
+#include <chrono>
+#include <stdexcept>
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace
+{
+
+constexpr int patience = 20; ///< milliseconds between two looks at whether the server has been stopped
+
+} // namespace
+
+ScriptedServer::ScriptedServer(Script script)
+    : m_script(std::move(script))
+    , m_listener(socket(AF_INET, SOCK_STREAM, 0))
+{
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    if (bind(m_listener, reinterpret_cast<sockaddr*>(&address), size) != 0 || listen(m_listener, 64) != 0 ||
+        getsockname(m_listener, reinterpret_cast<sockaddr*>(&address), &size) != 0)
+        throw std::runtime_error("no port for a scripted server");
+    m_port = ntohs(address.sin_port);
+    m_thread = std::thread([this] { serve(); });
+}
+
+ScriptedServer::~ScriptedServer()
+{
+    m_isStopped = true;
+    m_thread.join();
+    for (auto& connection : m_connections)
+        connection.join();
+    close(m_listener);
+}
+
+std::vector<std::string> ScriptedServer::paths() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_paths;
+}
+
+ScriptedServer::Answer ScriptedServer::reply(int status, const std::string& body, const std::string& header)
+{
+    return {"HTTP/1.1 " + std::to_string(status) + " -\r\nConnection: close\r\nContent-Length: " +
+                std::to_string(body.size()) + "\r\n" + header + "\r\n" + body,
+            0, false};
+}
+
+void ScriptedServer::serve()
+{
+    while (!m_isStopped) {
+        pollfd waiting{m_listener, POLLIN, 0};
+        if (poll(&waiting, 1, patience) <= 0)
+            continue;
+        const int connection = accept(m_listener, nullptr, nullptr);
+        if (connection >= 0)
+            m_connections.emplace_back([this, connection] { answer(connection); });
+    }
+}
+
+void ScriptedServer::answer(int connection)
+{
+    std::string request;
+    while (!m_isStopped && request.find("\r\n\r\n") == std::string::npos) {
+        pollfd waiting{connection, POLLIN, 0};
+        if (poll(&waiting, 1, patience) <= 0)
+            continue;
+        char bytes[4096];
+        const auto count = recv(connection, bytes, sizeof bytes, 0);
+        if (count <= 0)
+            break;
+        request.append(bytes, static_cast<std::size_t>(count));
+    }
+    const auto begin = request.find(' ') + 1;
+    const std::string path = request.substr(begin, request.find(' ', begin) - begin);
+    {
+        const std::lock_guard lock(m_mutex);
+        m_paths.push_back(path);
+    }
+    const auto given = m_script(path);
+    if (given.millisecondsBetweenBytes == 0) {
+        send(connection, given.bytes.data(), given.bytes.size(), MSG_NOSIGNAL);
+    } else {
+        for (std::size_t i = 0; i < given.bytes.size() && !m_isStopped; ++i) {
+            if (send(connection, given.bytes.data() + i, 1, MSG_NOSIGNAL) != 1)
+                break;
+            std::this_thread::sleep_for(std::chrono::milliseconds(given.millisecondsBetweenBytes));
+        }
+    }
+    while (given.neverEnds && !m_isStopped)
+        std::this_thread::sleep_for(std::chrono::milliseconds(patience));
+    close(connection);
+}
