@@ -216,9 +216,10 @@ bool SetParent(WindowId child, WindowId parent)
     const auto reparented = xcb_reparent_window_checked(connection, window, newParent, 0, 0);
     if (Succeeded(*x11, reparented, "reparenting the window"))
         return Succeeded(*x11, xcb_map_window_checked(connection, window), "showing the window");
+    // Waited for, so that the caller finds the window as it was.
     if (attributes->map_state != XCB_MAP_STATE_UNMAPPED)
-        xcb_map_window(connection, window);
-    xcb_flush(connection);
+        static_cast<void>(
+            Succeeded(*x11, xcb_map_window_checked(connection, window), "showing the window again"));
     return false;
 }
 

@@ -25,6 +25,8 @@ public:
 
     void kill();
 
+    [[nodiscard]] qint64 process() const { return m_process.processId(); }
+
 private:
     void run(const QStringList& arguments, const QByteArray& input = {}) const;
 
