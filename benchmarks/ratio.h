@@ -6,8 +6,8 @@
 #include <cstdio>
 #include <vector>
 
-/// What every benchmark prints: a figure of ours over the same figure of something that is not ours, both measured in
-/// the same run, with the limit that it must keep.
+/// What every benchmark prints: a figure of ours over the same figure of something that is not ours, both
+/// measured in the same run, with the limit that it must keep.
 namespace bench
 {
 
@@ -20,7 +20,8 @@ double SecondsOf(Work&& work)
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-/// The middle value; for an even number of values the mean of the two middle ones. `values` must not be empty.
+/// The middle value; for an even number of values the mean of the two middle ones. `values` must not be
+/// empty.
 inline double MedianOf(std::vector<double> values)
 {
     std::sort(values.begin(), values.end());

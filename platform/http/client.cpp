@@ -59,7 +59,8 @@ std::size_t OnBytes(char* bytes, std::size_t /*one*/, std::size_t count, void* c
     curl_easy_getinfo(arrival.handle, CURLINFO_RESPONSE_CODE, &status);
     const bool isGood = status >= 200 && status < 300;
     if (!isGood) {
-        arrival.reply.body.append(bytes, std::min(count, largestError - std::min(largestError, arrival.reply.body.size())));
+        arrival.reply.body.append(
+            bytes, std::min(count, largestError - std::min(largestError, arrival.reply.body.size())));
         return count;
     }
     arrival.received += count;

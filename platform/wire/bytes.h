@@ -43,7 +43,10 @@ private:
 class ByteReader
 {
 public:
-    explicit ByteReader(std::string_view bytes) : m_bytes(bytes) {}
+    explicit ByteReader(std::string_view bytes)
+        : m_bytes(bytes)
+    {
+    }
 
     [[nodiscard]] bool good() const { return m_good; }
     [[nodiscard]] std::size_t left() const { return m_bytes.size(); }

@@ -15,8 +15,8 @@ namespace
 
 constexpr std::size_t readSize = 1U << 20U;
 
-// One bit more must be zero before the average length is reached and one bit less behind it, which draws the lengths
-// together around the average.
+// One bit more must be zero before the average length is reached and one bit less behind it, which draws the
+// lengths together around the average.
 constexpr std::uint64_t strictMask = 0x0000'7FFF'0000'0000ULL;
 constexpr std::uint64_t looseMask = 0x0000'1FFF'0000'0000ULL;
 
@@ -37,7 +37,8 @@ constexpr std::array<std::uint64_t, 256> MakeGear()
 
 constexpr auto gear = MakeGear();
 
-/// The first length behind `length` at which the rolling hash meets the mask; `end` when it does nowhere before.
+/// The first length behind `length` at which the rolling hash meets the mask; `end` when it does nowhere
+/// before.
 std::size_t Roll(std::span<const std::byte> data, std::size_t length, std::size_t end, std::uint64_t mask,
                  std::uint64_t& hash)
 {
@@ -54,7 +55,8 @@ std::size_t Roll(std::span<const std::byte> data, std::size_t length, std::size_
 class Window
 {
 public:
-    explicit Window(const std::filesystem::path& file) : m_stream(file, std::ios::binary)
+    explicit Window(const std::filesystem::path& file)
+        : m_stream(file, std::ios::binary)
     {
         m_buffer.resize(readSize + largestContentPiece);
     }
@@ -144,7 +146,8 @@ std::variant<FileEntry, Refusal> CutFile(const std::filesystem::path& file, cons
     entry.mode = ModeOf(file);
     entry.cutting = pageSize > 0 ? Cutting::pages : Cutting::contentDefined;
     Digester whole;
-    for (auto data = window.ahead(largestContentPiece); !data.empty(); data = window.ahead(largestContentPiece)) {
+    for (auto data = window.ahead(largestContentPiece); !data.empty();
+         data = window.ahead(largestContentPiece)) {
         const auto length = pageSize > 0 ? std::min(pageSize, data.size()) : ContentPieceLength(data);
         const auto bytes = data.first(length);
         const Piece piece{DigestOf(bytes), static_cast<std::uint32_t>(length)};

@@ -25,7 +25,10 @@ struct Digester::Context {
     void restart() const { EVP_DigestInit_ex(handle, EVP_sha256(), nullptr); }
 };
 
-Digester::Digester() : m_context(std::make_unique<Context>()) {}
+Digester::Digester()
+    : m_context(std::make_unique<Context>())
+{
+}
 Digester::~Digester() = default;
 Digester::Digester(Digester&&) noexcept = default;
 Digester& Digester::operator=(Digester&&) noexcept = default;

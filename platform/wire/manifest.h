@@ -32,10 +32,10 @@ inline constexpr std::uint32_t maximumPieceSize = 1U << 20U;
 
 /// A file of a project.
 struct FileEntry {
-    std::string path;       ///< relative, UTF-8, "/" between its names
-    std::uint64_t size = 0; ///< bytes, the sum of the pieces
+    std::string path;          ///< relative, UTF-8, "/" between its names
+    std::uint64_t size = 0;    ///< bytes, the sum of the pieces
     std::uint32_t mode = 0644; ///< permission bits, 0644 or 0755
-    Digest content;         ///< digest of the whole file
+    Digest content;            ///< digest of the whole file
     Cutting cutting = Cutting::contentDefined;
     std::vector<Piece> pieces; ///< in the order of the file
 
@@ -59,14 +59,14 @@ struct Refusal {
 
 [[nodiscard]] std::string EncodeManifest(const Manifest& manifest);
 
-/// Reads an encoded manifest and checks everything that a hostile one could do: unsafe paths, wrong order, names
-/// that differ only in case, sizes that do not add up, lengths beyond the end. Never allocates more than a small
-/// multiple of the input.
+/// Reads an encoded manifest and checks everything that a hostile one could do: unsafe paths, wrong order,
+/// names that differ only in case, sizes that do not add up, lengths beyond the end. Never allocates more
+/// than a small multiple of the input.
 [[nodiscard]] std::variant<Manifest, Refusal> DecodeManifest(std::string_view bytes);
 
-/// Why a path cannot be a project's file, or empty when it can: it must be relative, valid UTF-8 of at most 1,024
-/// bytes, with names of 1 to 255 bytes that are none of ".", "..", hold no control character, no backslash and no
-/// colon, and do not end in a blank or a dot (Windows would drop those).
+/// Why a path cannot be a project's file, or empty when it can: it must be relative, valid UTF-8 of at most
+/// 1,024 bytes, with names of 1 to 255 bytes that are none of ".", "..", hold no control character, no
+/// backslash and no colon, and do not end in a blank or a dot (Windows would drop those).
 [[nodiscard]] std::string PathRefusal(std::string_view path);
 
 /// A run of consecutive pieces of one file of a manifest.
@@ -81,6 +81,7 @@ struct PieceRun {
 [[nodiscard]] std::string EncodeRuns(std::span<const PieceRun> runs);
 
 /// Reads encoded runs; refuses a run that is empty or reaches beyond its file.
-[[nodiscard]] std::variant<std::vector<PieceRun>, Refusal> DecodeRuns(std::string_view bytes, const Manifest& manifest);
+[[nodiscard]] std::variant<std::vector<PieceRun>, Refusal> DecodeRuns(std::string_view bytes,
+                                                                      const Manifest& manifest);
 
 } // namespace wire

@@ -42,8 +42,8 @@ std::string FramedPiece(std::span<const std::byte> bytes)
 {
     thread_local const std::unique_ptr<ZSTD_CCtx, FreeCompression> context(ZSTD_createCCtx());
     std::string packed(ZSTD_compressBound(bytes.size()), '\0');
-    const auto packedSize = ZSTD_compressCCtx(context.get(), packed.data(), packed.size(), bytes.data(), bytes.size(),
-                                              compressionLevel);
+    const auto packedSize = ZSTD_compressCCtx(context.get(), packed.data(), packed.size(), bytes.data(),
+                                              bytes.size(), compressionLevel);
     std::string frame;
     if (ZSTD_isError(packedSize) == 0 && packedSize < bytes.size() - bytes.size() / 10) {
         AppendHeader(frame, static_cast<std::uint32_t>(packedSize) | compressedBit);
@@ -55,7 +55,10 @@ std::string FramedPiece(std::span<const std::byte> bytes)
     return frame;
 }
 
-PieceStreamReader::PieceStreamReader(PieceTaker take) : m_take(std::move(take)) {}
+PieceStreamReader::PieceStreamReader(PieceTaker take)
+    : m_take(std::move(take))
+{
+}
 
 bool PieceStreamReader::feed(std::span<const std::byte> bytes)
 {
@@ -96,10 +99,12 @@ bool PieceStreamReader::takeFrame(std::uint32_t header, std::span<const std::byt
         return true;
     }
     const auto size = ZSTD_getFrameContentSize(stored.data(), stored.size());
-    if (size == ZSTD_CONTENTSIZE_UNKNOWN || size == ZSTD_CONTENTSIZE_ERROR || size == 0 || size > maximumPieceSize)
+    if (size == ZSTD_CONTENTSIZE_UNKNOWN || size == ZSTD_CONTENTSIZE_ERROR || size == 0 ||
+        size > maximumPieceSize)
         return false;
     m_unpacked.resize(static_cast<std::size_t>(size));
-    const auto unpackedSize = ZSTD_decompress(m_unpacked.data(), m_unpacked.size(), stored.data(), stored.size());
+    const auto unpackedSize =
+        ZSTD_decompress(m_unpacked.data(), m_unpacked.size(), stored.data(), stored.size());
     if (ZSTD_isError(unpackedSize) != 0 || unpackedSize != size)
         return false;
     m_take(m_unpacked);

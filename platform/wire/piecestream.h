@@ -12,21 +12,23 @@
 namespace wire
 {
 
-/// A piece as it stands in a piece stream and in the server's packs: 4 bytes with the length of what follows, the top
-/// bit telling that it is compressed, then the bytes. Compressed by zstd where that saves a tenth.
+/// A piece as it stands in a piece stream and in the server's packs: 4 bytes with the length of what follows,
+/// the top bit telling that it is compressed, then the bytes. Compressed by zstd where that saves a tenth.
 [[nodiscard]] std::string FramedPiece(std::span<const std::byte> bytes);
 
 /// Takes the bytes of one piece; they are valid during the call.
 using PieceTaker = std::function<void(std::span<const std::byte> bytes)>;
 
-/// Takes a piece stream apart as it comes in. Memory: at most one piece and its compressed form. One thread at a time.
+/// Takes a piece stream apart as it comes in. Memory: at most one piece and its compressed form. One thread
+/// at a time.
 class PieceStreamReader
 {
 public:
     /// `take` is called for each piece in the order of the stream.
     explicit PieceStreamReader(PieceTaker take);
 
-    /// Reads the next bytes of the stream. False when they are no piece stream; nothing is read any more then.
+    /// Reads the next bytes of the stream. False when they are no piece stream; nothing is read any more
+    /// then.
     [[nodiscard]] bool feed(std::span<const std::byte> bytes);
 
     /// The stream may end here: no piece is cut short.

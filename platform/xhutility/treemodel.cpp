@@ -4,7 +4,10 @@
 namespace XHUTILITY
 {
 
-CTreeModel::CTreeModel(QObject* parent) : QStandardItemModel(parent) {}
+CTreeModel::CTreeModel(QObject* parent)
+    : QStandardItemModel(parent)
+{
+}
 
 QHash<int, QByteArray> CTreeModel::roleNames() const
 {

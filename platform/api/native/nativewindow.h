@@ -24,12 +24,12 @@ struct Point {
 /// Places a window in its parent's client area, in device pixels. False when it is no window.
 bool MoveWindow(WindowId window, int x, int y, int width, int height, bool repaint);
 
-/// Gives a window another size and leaves it where it lies in its parent, in device pixels. For the owner of a window that
-/// somebody else has placed.
+/// Gives a window another size and leaves it where it lies in its parent, in device pixels. For the owner of
+/// a window that somebody else has placed.
 bool ResizeWindow(WindowId window, int width, int height);
 
-/// Tells the owner of an embedded window where on the screen it lies now: a window does not hear of it when its parent
-/// is moved, and would open its menus where it lay before.
+/// Tells the owner of an embedded window where on the screen it lies now: a window does not hear of it when
+/// its parent is moved, and would open its menus where it lay before.
 bool AnnouncePosition(WindowId window);
 
 /// Gives the keyboard to an embedded window.

@@ -100,7 +100,8 @@ void TestServiceConvertMgr::waitingJobWithoutAPlaceIsLeftOutAndLogged()
     QMap<QString, QList<int>> positions;
     AddQueuePositions({{"a", {Job(5, -1, "7")}}}, positions);
     QVERIFY(positions.isEmpty());
-    QCOMPARE(log.take(), QStringList("debug: CServiceConvertMgr::GetConvertInfo kyv convert failed guid: \"7\""));
+    QCOMPARE(log.take(),
+             QStringList("debug: CServiceConvertMgr::GetConvertInfo kyv convert failed guid: \"7\""));
 }
 
 QTEST_GUILESS_MAIN(TestServiceConvertMgr)

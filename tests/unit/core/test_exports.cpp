@@ -10,8 +10,8 @@ struct Symbol {
     QString name;
 };
 
-/// The symbols that a library defines for others, names as they stand in the source. The linker keeps some local ones in
-/// the same table, which nobody outside can bind to.
+/// The symbols that a library defines for others, names as they stand in the source. The linker keeps some
+/// local ones in the same table, which nobody outside can bind to.
 QList<Symbol> DefinedSymbols(const QString& library)
 {
     QProcess nm;

@@ -91,5 +91,6 @@ void RealServer::run(const QStringList& arguments, const QByteArray& input) cons
     process.write(input);
     process.closeWriteChannel();
     if (!process.waitForFinished(startMilliseconds) || process.exitCode() != 0)
-        throw std::runtime_error(("torvo-server " + arguments.join(" ") + ": " + process.readAllStandardError()).toStdString());
+        throw std::runtime_error(
+            ("torvo-server " + arguments.join(" ") + ": " + process.readAllStandardError()).toStdString());
 }

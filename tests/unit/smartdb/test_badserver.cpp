@@ -136,7 +136,8 @@ void TestBadServer::downloadFailsWithItsCodeAndLeavesNothing()
 
 void TestBadServer::reasonIsTheOneOfTheThreadThatAsks()
 {
-    const ScriptedServer server([](const std::string&) { return ScriptedServer::reply(500, R"({"code": 50000, "msg": "broken"})"); });
+    const ScriptedServer server(
+        [](const std::string&) { return ScriptedServer::reply(500, R"({"code": 50000, "msg": "broken"})"); });
     const auto database = databaseOn(server.address());
     const QTemporaryDir folder;
     QVERIFY(!database->DownLoadProj(guid, folder.path().toStdWString()));

@@ -1,14 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "startedview.h"
+#include "panelsuite.h"
 
-#include "XHUtility/sorttreemodel.h"
-#include "XHUtility/treemodel.h"
-
-#include <functional>
 #include <stdexcept>
 
 #include <QAbstractItemModelTester>
-#include <QStandardItem>
+#include <QPointer>
 
 using namespace TorvoEditor;
 using Fakes::SmartDB;
@@ -19,26 +15,13 @@ namespace
 const QString unmatched = "qrc:/images/state_ic_unmatched.png";
 const QString matched = "qrc:/images/state_ic_matched.png";
 
-TorvoSDK::SOrgNode Node(const std::wstring& id, bool canSelect, std::vector<TorvoSDK::SOrgNode> children = {})
-{
-    TorvoSDK::SOrgNode node;
-    node.id = id;
-    node.name = L"name of " + id;
-    node.canSelect = canSelect;
-    node.children = std::move(children);
-    return node;
-}
-
 } // namespace
 
-class TestPanelModel : public QObject
+class TestPanelModel : public PanelSuite
 {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
-
     void emptyOrganisationGivesAFlatTree();
     void projectOnBothSidesHasOneItemWithItsState();
     void localProjectIsAppendedUnmatched();
@@ -57,109 +40,9 @@ private slots:
     void localProjectGoesUnderItsDepartment();
     void localProjectOfAnotherDepartmentIsNotShown();
     void recordWithoutADepartmentRaisesAnError();
-    void addItemInAFlatTree();
-    void addItemMindsTheFilter();
-    void addItemOfAnUnknownProjectDoesNothing();
-    void addItemGoesUnderItsDepartment();
-    void addItemOfAnUnknownDepartmentDoesNothing();
-    void addItemInTheOrganisationDoesNotMindTheFilter();
-    void addNeedUpgradeItemInAFlatTree();
-    void addNeedUpgradeItemMindsTheFilter();
-    void addNeedUpgradeItemInTheOrganisationAddsTheProject();
-    void updateItemReadsStateAndName();
-    void updateItemOfAnOldProjectMarksIt();
-    void updateItemWithoutAnItemDoesNothing();
-    void clearStateIconLeavesAnEmptyText();
-    void renameItemChangesTheName();
-    void removeItemTakesItOutAndLowersTheCount();
-    void removeItemTakesItFromItsDepartment();
-    void removeItemWithoutAnItemDoesNothing();
-    void refreshReadsTheStatesOfLocalProjects();
-    void refreshPassesOverWhatTheFilterHasTaken();
     void hasItemLooksEverywhere();
     void modelStandsUpToATester();
-
-private:
-    void useOrganisation();
-    /// The department of a local project, as its extended attribute says.
-    static void setDepartment(const QString& guid, const QString& department);
-    [[nodiscard]] const QAbstractItemModel& tree();
-    /// Each item as "text1|text2|image1|image2", indented by its depth, in the order that the screens see.
-    [[nodiscard]] QStringList rows();
-    [[nodiscard]] QStringList guids();
-    [[nodiscard]] QVariantMap row(const QString& guid);
-
-    std::unique_ptr<StartedView> m_view;
 };
-
-void TestPanelModel::init()
-{
-    m_view = std::make_unique<StartedView>();
-}
-
-void TestPanelModel::cleanup()
-{
-    m_view.reset();
-}
-
-void TestPanelModel::useOrganisation()
-{
-    m_view->around.host.projects.organisation =
-        Node(L"root", false, {Node(L"d1", true), Node(L"office", false, {Node(L"d2", true)})});
-}
-
-void TestPanelModel::setDepartment(const QString& guid, const QString& department)
-{
-    SmartDB::instance().find(guid)->project->SetAttr(
-        L"Pa_ExtendedAttr", QString(R"({"deptId": "%1"})").arg(department).toStdWString());
-}
-
-const QAbstractItemModel& TestPanelModel::tree()
-{
-    return *m_view->panel().treeModel().value<XHUTILITY::CSortTreeModel*>();
-}
-
-QStringList TestPanelModel::rows()
-{
-    QStringList rows;
-    const std::function<void(const QModelIndex&, const QString&)> walk = [&](const QModelIndex& parent,
-                                                                             const QString& indent) {
-        for (int i = 0; i < tree().rowCount(parent); ++i) {
-            const auto index = tree().index(i, 0, parent);
-            const auto map = index.data(XHUTILITY::CTreeModel::valueRole).toMap();
-            rows.append(indent + map.value("text2").toString());
-            walk(index, indent + "-");
-        }
-    };
-    walk({}, {});
-    return rows;
-}
-
-QStringList TestPanelModel::guids()
-{
-    auto found = rows();
-    for (auto& text : found)
-        text.remove('-');
-    return found;
-}
-
-QVariantMap TestPanelModel::row(const QString& guid)
-{
-    const auto found = tree().match(tree().index(0, 0), XHUTILITY::CTreeModel::valueRole, {}, -1,
-                                    Qt::MatchContains | Qt::MatchRecursive);
-    QVariantMap map;
-    const std::function<void(const QModelIndex&)> walk = [&](const QModelIndex& parent) {
-        for (int i = 0; i < tree().rowCount(parent); ++i) {
-            const auto index = tree().index(i, 0, parent);
-            const auto value = index.data(XHUTILITY::CTreeModel::valueRole).toMap();
-            if (map.isEmpty() && value.value("text2") == guid)
-                map = value;
-            walk(index);
-        }
-    };
-    walk({});
-    return map;
-}
 
 void TestPanelModel::emptyOrganisationGivesAFlatTree()
 {
@@ -371,212 +254,12 @@ void TestPanelModel::recordWithoutADepartmentRaisesAnError()
     useOrganisation();
     m_view->addOnServer("a", 1).customMap.clear();
     CHomeApp::instance().GetMgr<CProjectMgr>()->Init();
-    QVERIFY_EXCEPTION_THROWN(m_view->panel().InitGrouping(), std::out_of_range);
-}
-
-void TestPanelModel::addItemInAFlatTree()
-{
-    QVERIFY(m_view->start());
-    StartedView::addLocal("a", "CIM");
-    QSignalSpy scenes(&m_view->panel(), &CPanelModel::onSceneProjCountChanged);
-    QSignalSpy buildings(&m_view->panel(), &CPanelModel::onBimProjCountChanged);
-    m_view->panel().AddItem("a");
-    QCOMPARE(row("a"), (QVariantMap{{"text1", "a"},
-                                    {"text2", "a"},
-                                    {"image1", "qrc:/images/bar_ic_scene.png"},
-                                    {"image2", unmatched}}));
-    QCOMPARE(m_view->panel().sceneProjCount(), 1);
-    QCOMPARE(scenes.count(), 1);
-    QCOMPARE(buildings.count(), 0);
-}
-
-void TestPanelModel::addItemMindsTheFilter()
-{
-    QVERIFY(m_view->start());
-    m_view->panel().filterTree("BIM");
-    StartedView::addLocal("a", "CIM");
-    m_view->panel().AddItem("a");
-    QVERIFY(!m_view->panel().HasItem("a"));
-    QCOMPARE(m_view->panel().sceneProjCount(), 0);
-}
-
-void TestPanelModel::addItemOfAnUnknownProjectDoesNothing()
-{
-    QVERIFY(m_view->start());
-    m_view->panel().AddItem("unknown");
-    QCOMPARE(guids(), QStringList());
-}
-
-void TestPanelModel::addItemGoesUnderItsDepartment()
-{
-    useOrganisation();
-    QVERIFY(m_view->start());
-    StartedView::addLocal("a", "BIM");
-    setDepartment("a", "d1");
-    m_view->panel().AddItem("a");
-    QCOMPARE(rows(), QStringList({"root", "-d1", "--a", "-office", "--d2"}));
-    QCOMPARE(m_view->panel().bimProjCount(), 1);
-}
-
-void TestPanelModel::addItemOfAnUnknownDepartmentDoesNothing()
-{
-    useOrganisation();
-    QVERIFY(m_view->start());
-    StartedView::addLocal("a", "BIM");
-    setDepartment("a", "elsewhere");
-    m_view->panel().AddItem("a");
-    QVERIFY(!m_view->panel().HasItem("a"));
-}
-
-void TestPanelModel::addItemInTheOrganisationDoesNotMindTheFilter()
-{
-    useOrganisation();
-    QVERIFY(m_view->start());
-    m_view->panel().filterTree("CIM");
-    StartedView::addLocal("a", "BIM");
-    setDepartment("a", "d1");
-    m_view->panel().AddItem("a");
-    QVERIFY(m_view->panel().HasItem("a"));
-}
-
-void TestPanelModel::addNeedUpgradeItemInAFlatTree()
-{
-    QVERIFY(m_view->start());
-    QSignalSpy scenes(&m_view->panel(), &CPanelModel::onSceneProjCountChanged);
-    m_view->panel().AddNeedUpgradeItem("old", "O");
-    QCOMPARE(row("old"), (QVariantMap{{"text1", "O"},
-                                      {"text2", "old"},
-                                      {"image1", "qrc:/images/bar_ic_scene.png"},
-                                      {"image2", unmatched},
-                                      {"needUpgrade", true}}));
-    QCOMPARE(m_view->panel().sceneProjCount(), 1);
-    QCOMPARE(scenes.count(), 1);
-}
-
-void TestPanelModel::addNeedUpgradeItemMindsTheFilter()
-{
-    QVERIFY(m_view->start());
-    m_view->panel().filterTree("BIM");
-    m_view->panel().AddNeedUpgradeItem("old", "O");
-    QVERIFY(!m_view->panel().HasItem("old"));
-    m_view->panel().filterTree("CIM");
-    m_view->panel().AddNeedUpgradeItem("old", "O");
-    QVERIFY(m_view->panel().HasItem("old"));
-}
-
-void TestPanelModel::addNeedUpgradeItemInTheOrganisationAddsTheProject()
-{
-    useOrganisation();
-    QVERIFY(m_view->start());
-    StartedView::addLocal("a", "BIM");
-    setDepartment("a", "d1");
-    m_view->panel().AddNeedUpgradeItem("a", "O");
-    QCOMPARE(row("a").value("text1").toString(), QString("a"));
-    QVERIFY(!row("a").contains("needUpgrade"));
-}
-
-void TestPanelModel::updateItemReadsStateAndName()
-{
-    m_view->addOnServer("a", 1);
-    QVERIFY(m_view->start());
-    StartedView::addLocal("a", "BIM", "1", 2).project->SetName(L"new name");
-    m_view->panel().UpdateItem("a");
-    QCOMPARE(row("a").value("image2").toString(), QString("qrc:/images/modify.png"));
-    QCOMPARE(row("a").value("text1").toString(), QString("new name"));
-    QVERIFY(!row("a").contains("needUpgrade"));
-}
-
-void TestPanelModel::updateItemOfAnOldProjectMarksIt()
-{
-    m_view->addOnServer("old", 1);
-    QVERIFY(m_view->start());
-    StartedView::addLocal("old", "BIM").needsUpgrade = true;
-    m_view->panel().UpdateItem("old");
-    QCOMPARE(row("old").value("needUpgrade"), QVariant("true"));
-}
-
-void TestPanelModel::updateItemWithoutAnItemDoesNothing()
-{
-    QVERIFY(m_view->start());
-    m_view->panel().UpdateItem("unknown");
-    QCOMPARE(Fakes::Calls(), QStringList());
-}
-
-void TestPanelModel::clearStateIconLeavesAnEmptyText()
-{
-    m_view->addOnServer("a", 1);
-    StartedView::addLocal("a", "BIM");
-    StartedView::writeLocalList({"a"});
-    QVERIFY(m_view->start());
-    m_view->panel().ClearStateIcon("a");
-    m_view->panel().ClearStateIcon("unknown");
-    QCOMPARE(row("a").value("image2").toString(), QString());
-}
-
-void TestPanelModel::renameItemChangesTheName()
-{
-    m_view->addOnServer("a", 1);
-    QVERIFY(m_view->start());
-    m_view->panel().RenameItem("a", "new name");
-    m_view->panel().RenameItem("unknown", "new name");
-    QCOMPARE(row("a").value("text1").toString(), QString("new name"));
-}
-
-void TestPanelModel::removeItemTakesItOutAndLowersTheCount()
-{
-    QVERIFY(m_view->start());
-    StartedView::addLocal("a", "BIM");
-    m_view->panel().AddItem("a");
-    QSignalSpy buildings(&m_view->panel(), &CPanelModel::onBimProjCountChanged);
-    m_view->panel().RemoveItem("a");
-    QVERIFY(!m_view->panel().HasItem("a"));
-    QCOMPARE(m_view->panel().bimProjCount(), 0);
-    QCOMPARE(buildings.count(), 1);
-}
-
-void TestPanelModel::removeItemTakesItFromItsDepartment()
-{
-    useOrganisation();
-    m_view->addOnServer("a", 1, "d1");
-    StartedView::addLocal("a", "BIM");
-    QVERIFY(m_view->start());
-    m_view->panel().RemoveItem("a");
-    QCOMPARE(rows(), QStringList({"root", "-d1", "-office", "--d2"}));
-}
-
-void TestPanelModel::removeItemWithoutAnItemDoesNothing()
-{
-    m_view->addOnServer("a", 1);
-    QVERIFY(m_view->start());
-    m_view->panel().RemoveItem("unknown");
-    QCOMPARE(guids(), QStringList("a"));
-    QCOMPARE(m_view->panel().bimProjCount(), 1);
-}
-
-void TestPanelModel::refreshReadsTheStatesOfLocalProjects()
-{
-    m_view->addOnServer("a", 1);
-    m_view->addOnServer("b", 1);
-    StartedView::addLocal("a", "BIM");
-    StartedView::writeLocalList({"a"});
-    QVERIFY(m_view->start());
-    SmartDB::instance().find("a")->state = 4;
-    m_view->panel().RefreshStateIcons();
-    QCOMPARE(row("a").value("image2").toString(), QString("qrc:/images/conflict.png"));
-    QCOMPARE(row("b").value("image2").toString(), QString());
-}
-
-void TestPanelModel::refreshPassesOverWhatTheFilterHasTaken()
-{
-    StartedView::addLocal("a", "BIM");
-    StartedView::addLocal("b", "CIM");
-    StartedView::writeLocalList({"a", "b"});
-    QVERIFY(m_view->start());
-    m_view->panel().filterTree("CIM");
-    SmartDB::instance().find("b")->state = 3;
-    m_view->panel().RefreshStateIcons();
-    QCOMPARE(guids(), QStringList("b"));
-    QCOMPARE(row("b").value("image2").toString(), QString("qrc:/images/update.png"));
+    try {
+        m_view->panel().InitGrouping();
+        QFAIL("a record without a department has been taken");
+    } catch (const std::out_of_range& error) {
+        QCOMPARE(error.what(), "invalid map<K, T> key");
+    }
 }
 
 void TestPanelModel::hasItemLooksEverywhere()

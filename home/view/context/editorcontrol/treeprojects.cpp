@@ -6,6 +6,8 @@
 #include "project/localprojectinfomgr.h"
 #include "project/projectmgr.h"
 
+#include <stdexcept>
+
 #include <QMap>
 
 namespace TorvoEditor
@@ -17,6 +19,14 @@ namespace
 CProjectMgr& ProjectMgr()
 {
     return *CHomeApp::instance().GetMgr<CProjectMgr>();
+}
+
+const std::wstring& OwnDepartmentOf(const TorvoSDK::SServerProjectRecord& record)
+{
+    const auto department = record.customMap.find(L"deptId");
+    if (department == record.customMap.end())
+        throw std::out_of_range("invalid map<K, T> key");
+    return department->second;
 }
 
 CTreeProjects::ServerProjects AllServerProjects()
@@ -56,7 +66,7 @@ const CTreeProjects::ServerProjects& CTreeProjects::serverProjectsOf(const Torvo
     if (!m_serverProjects) {
         std::map<std::wstring, ServerProjects> byDepartment;
         for (const auto& record : ProjectMgr().serverProjects())
-            byDepartment[record.customMap.at(L"deptId")].push_back(&record);
+            byDepartment[OwnDepartmentOf(record)].push_back(&record);
         m_serverProjects = std::move(byDepartment);
     }
     return (*m_serverProjects)[node.id];
