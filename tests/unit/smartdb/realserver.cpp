@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "realserver.h"
 
-#include "http/client.h"
-
 #include <stdexcept>
 
 #include <QElapsedTimer>
@@ -26,7 +24,7 @@ QString Text(const std::string& text)
 RealServer::RealServer(const QString& program)
     : m_program(program)
 {
-    run({"account", "add", "wang", "--data", m_folder.path()}, "secret\n");
+    addAccount("wang", "secret");
     const QString portFile = m_folder.filePath("port");
     m_process.setProcessChannelMode(QProcess::MergedChannels);
     m_process.start(program, {"--data", m_folder.path(), "--listen", "127.0.0.1:0", "--port-file", portFile});
@@ -39,15 +37,7 @@ RealServer::RealServer(const QString& program)
         throw std::runtime_error("the server has not started");
     m_address = "http://127.0.0.1:" + file.readAll().trimmed().toStdString();
 
-    http::Client client;
-    http::Request request;
-    request.method = "POST";
-    request.path = "/api/v1/login";
-    request.contentType = "application/json";
-    request.body = R"({"account": "wang", "password": "secret"})";
-    if (!client.setServer(m_address))
-        throw std::runtime_error("the server has no address");
-    const auto reply = client.send(request);
+    const auto reply = logIn("wang", "secret");
     m_token = QJsonDocument::fromJson(QByteArray::fromStdString(reply.body))
                   .object()
                   .value("token")
@@ -55,6 +45,26 @@ RealServer::RealServer(const QString& program)
                   .toStdString();
     if (m_token.empty())
         throw std::runtime_error("no login: " + reply.fault.msg);
+}
+
+void RealServer::addAccount(const QString& account, const QString& password) const
+{
+    run({"account", "add", account, "--data", m_folder.path()}, password.toUtf8() + '\n');
+}
+
+http::Reply RealServer::logIn(const std::string& account, const std::string& password) const
+{
+    http::Client client;
+    if (!client.setServer(m_address))
+        throw std::runtime_error("the server has no address");
+    http::Request request;
+    request.method = "POST";
+    request.path = "/api/v1/login";
+    request.contentType = "application/json";
+    request.body = QJsonDocument(QJsonObject{{"account", Text(account)}, {"password", Text(password)}})
+                       .toJson()
+                       .toStdString();
+    return client.send(request);
 }
 
 RealServer::~RealServer()

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "http/client.h"
+
 #include <filesystem>
 #include <string>
 
@@ -22,6 +24,10 @@ public:
     /// Makes a folder the newest revision of a project of the account; `parent` is the project of a model.
     void publish(const std::string& guid, const std::string& type, const std::filesystem::path& folder,
                  const std::string& parent = {});
+
+    void addAccount(const QString& account, const QString& password) const;
+    [[nodiscard]] http::Reply logIn(const std::string& account, const std::string& password) const;
+    [[nodiscard]] QString folder() const { return m_folder.path(); }
 
     void kill();
 
