@@ -6,11 +6,14 @@
 #include "server/storage/folderlock.h"
 #include "server/storage/sqlitestore.h"
 
+#include <charconv>
 #include <csignal>
 #include <exception>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <optional>
+#include <string>
 #include <thread>
 
 #include <CLI/CLI.hpp>
@@ -54,6 +57,16 @@ void WritePortFile(const std::string& file, std::uint16_t port)
     std::filesystem::rename(half, file);
 }
 
+std::optional<std::uint16_t> PortOf(const std::string& text)
+{
+    std::uint16_t port = 0;
+    const auto* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, port);
+    if (error != std::errc() || stop != end)
+        return std::nullopt;
+    return port;
+}
+
 int Serve(const Options& options)
 {
     const DataFolder data(options.data);
@@ -63,15 +76,15 @@ int Serve(const Options& options)
         return 1;
     }
     const auto colon = options.listen.rfind(':');
-    if (colon == std::string::npos) {
+    const auto port = colon != std::string::npos ? PortOf(options.listen.substr(colon + 1)) : std::nullopt;
+    if (!port) {
         std::cerr << "--listen wants ADDRESS:PORT, not " << options.listen << '\n';
         return 2;
     }
     std::signal(SIGPIPE, SIG_IGN);
     server::SqliteStore store(data.database);
     server::Api api(store, data.packs, std::chrono::hours(options.tokenHours));
-    server::Server server(api, options.listen.substr(0, colon),
-                          static_cast<std::uint16_t>(std::stoul(options.listen.substr(colon + 1))),
+    server::Server server(api, options.listen.substr(0, colon), *port,
                           std::max(1U, std::thread::hardware_concurrency()));
     std::cout << "listening on http://" << options.listen.substr(0, colon) << ':' << server.port()
               << std::endl;

@@ -50,6 +50,8 @@ private slots:
     void badRequestIsAnsweredAndTheNextIsServed();
     void halfARequestDoesNotHoldUpOthers();
     void secondServerOnTheSameDataIsRefused();
+    void placeToListenThatIsNoneIsRefused_data();
+    void placeToListenThatIsNoneIsRefused();
 
 private:
     http::Reply get(const std::string& path, const std::string& token);
@@ -286,6 +288,25 @@ void TestServer::secondServerOnTheSameDataIsRefused()
     QVERIFY(second.readAllStandardError().contains("another server is running"));
     // The first goes on.
     QCOMPARE(get("/api/v1/health", {}).status, 200U);
+}
+
+void TestServer::placeToListenThatIsNoneIsRefused_data()
+{
+    QTest::addColumn<QString>("place");
+    for (const char* place :
+         {"127.0.0.1", "127.0.0.1:", "127.0.0.1:http", "127.0.0.1:80 ", "127.0.0.1:65536", "127.0.0.1:-1"})
+        QTest::newRow(place) << QString(place);
+}
+
+void TestServer::placeToListenThatIsNoneIsRefused()
+{
+    QFETCH(QString, place);
+    const QTemporaryDir folder;
+    QProcess server;
+    server.start(TORVO_SERVER, {"--data", folder.path(), "--listen", place});
+    QVERIFY(server.waitForFinished());
+    QCOMPARE(server.exitCode(), 2);
+    QVERIFY(server.readAllStandardError().contains("--listen wants ADDRESS:PORT"));
 }
 
 QTEST_GUILESS_MAIN(TestServer)
