@@ -42,6 +42,7 @@ struct Options {
     std::string listen = "127.0.0.1:8480";
     std::string portFile;
     int tokenHours = 24 * 14;
+    int uploadLeaseSeconds = 90;
     std::string samples;
     std::string folder;
     std::string record;
@@ -83,7 +84,9 @@ int Serve(const Options& options)
     }
     std::signal(SIGPIPE, SIG_IGN);
     server::SqliteStore store(data.database);
-    server::Api api(store, data.packs, std::chrono::hours(options.tokenHours));
+    server::Api api(
+        store, data.packs,
+        {std::chrono::hours(options.tokenHours), std::chrono::seconds(options.uploadLeaseSeconds)});
     server::Server server(api, options.listen.substr(0, colon), *port,
                           std::max(1U, std::thread::hardware_concurrency()));
     std::cout << "listening on http://" << options.listen.substr(0, colon) << ':' << server.port()
@@ -173,6 +176,10 @@ int main(int argumentCount, char** arguments)
     app.add_option("--port-file", options.portFile,
                    "file that the port is written to when the server is ready");
     app.add_option("--token-hours", options.tokenHours, "how long a login lasts")->capture_default_str();
+
+    app.add_option("--upload-lease-seconds", options.uploadLeaseSeconds,
+                   "an upload that sends nothing for so long has failed")
+        ->capture_default_str();
 
     const auto addData = [&](CLI::App* command) {
         command->add_option("--data", options.data, "folder of the server's data")->required();

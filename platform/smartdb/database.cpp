@@ -3,8 +3,11 @@
 
 #include "ZRIMGeometryModel/zrimposition.h"
 #include "smartdb/data/localstate.h"
+#include "smartdb/data/projectfile.h"
 #include "smartdb/failure.h"
 #include "smartdb/net/download.h"
+#include "smartdb/net/update.h"
+#include "smartdb/net/upload.h"
 #include "smartdb/text.h"
 
 #include <utility>
@@ -16,11 +19,6 @@ namespace
 {
 
 constexpr unsigned networkThreads = 2;
-
-[[noreturn]] void RefuseAsNotOffered(const char* what)
-{
-    throw Failure(localcode::notOffered, std::string("this version cannot ") + what + " projects yet");
-}
 
 } // namespace
 
@@ -118,7 +116,8 @@ void Database::download(const Guid& guid, const std::filesystem::path& dataFolde
         Download(m_client, m_local->disk(), dataFolder).run(GuidTextOf(guid), withModels);
         m_states.expire();
     } else if (withModels) {
-        Download(m_client, m_local->disk(), dataFolder).complete(GuidTextOf(guid));
+        Download(m_client, m_local->disk(), dataFolder)
+            .runModelsOf(ProjectFolder(dataFolder, GuidTextOf(guid)));
     }
 }
 
@@ -171,10 +170,12 @@ bool Database::SaveAll()
 bool Database::GetProjStatus(const Guid& guid, const std::wstring& dataFolder, int& state)
 {
     return AtBorder(false, [&] {
-        const auto local = m_local->stateOf(guid, PathOf(dataFolder));
+        const auto folder = PathOf(dataFolder);
+        m_local->requireHere(guid, folder);
         const auto answer = m_states.find(GuidTextOf(guid));
         if (answer.fault)
             throw Failure(answer.fault);
+        const auto local = m_local->stateOf(guid, folder, answer.state.head);
         state = static_cast<int>(StateOf(local, answer.state.head));
         return true;
     });
@@ -189,15 +190,44 @@ bool Database::DownLoadProj(const Guid& guid, const std::wstring& dataFolder)
     });
 }
 
-bool Database::UpdateProj(const Guid& /*guid*/, const std::wstring& /*dataFolder*/)
+void Database::update(const Guid& guid, const std::filesystem::path& dataFolder)
 {
-    return AtBorder(false, []() -> bool { RefuseAsNotOffered("update"); });
+    const auto lock = m_local->locks().lock(guid);
+    if (m_local->hasUnsavedChanges(guid))
+        throw Failure(localcode::cannotWrite, "the project has changes that are not saved yet");
+    Update(m_client, m_local->disk(), dataFolder).run(GuidTextOf(guid), [&](const std::string& replaced) {
+        m_local->retire(GuidOf(replaced));
+    });
+    m_states.expire();
 }
 
-bool Database::UploadProj(const Guid& /*guid*/, const std::wstring& /*dataFolder*/, bool /*force*/,
-                          bool /*unused*/)
+bool Database::UpdateProj(const Guid& guid, const std::wstring& dataFolder)
 {
-    return AtBorder(false, []() -> bool { RefuseAsNotOffered("upload"); });
+    return AtBorder(false, [&] {
+        const Visit visit(*this);
+        const auto folder = PathOf(dataFolder);
+        m_local->requireHere(guid, folder);
+        update(guid, folder);
+        // A scene may link to more than before.
+        for (const auto& linked : m_local->linkedProjects(guid, folder)) {
+            if (!m_local->isHere(linked, folder))
+                download(linked, folder, true);
+        }
+        return true;
+    });
+}
+
+bool Database::UploadProj(const Guid& guid, const std::wstring& dataFolder, bool force, bool /*unused*/)
+{
+    return AtBorder(false, [&] {
+        const Visit visit(*this);
+        const auto folder = PathOf(dataFolder);
+        m_local->requireHere(guid, folder);
+        const auto lock = m_local->locks().lock(guid);
+        const StateTable::Expiry expiry(m_states);
+        Upload(m_client, m_local->disk(), folder).run(GuidTextOf(guid), force);
+        return true;
+    });
 }
 
 void Database::CloseProject(const Guid& guid)

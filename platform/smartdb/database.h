@@ -31,6 +31,9 @@ public:
     void end();
 
     [[nodiscard]] bool setServer(const std::string& address) { return m_client.setServer(address); }
+
+    /// The next question for a state asks the server.
+    void expireStates() { m_states.expire(); }
     void setLimits(const http::Limits& limits) { m_client.setLimits(limits); }
 
     void SetUp(int flags) override;
@@ -71,6 +74,7 @@ private:
     /// A thread that is inside of a long operation.
     class Visit;
 
+    void update(const Guid& guid, const std::filesystem::path& dataFolder);
     void download(const Guid& guid, const std::filesystem::path& dataFolder, bool withModels);
 
     http::Client m_client;

@@ -112,8 +112,26 @@ void LocalProjects::closeAll()
     decltype(m_open) closed; // freed after the lock has been given back
     const std::lock_guard lock(m_mutex);
     closed.swap(m_open);
+    m_retired.clear();
     for (const auto& [guid, project] : closed)
         m_use.closed(guid);
+}
+
+void LocalProjects::retire(const Guid& guid)
+{
+    const std::lock_guard lock(m_mutex);
+    const auto known = m_open.find(guid);
+    if (known == m_open.end())
+        return;
+    m_retired.push_back(std::move(known->second));
+    m_open.erase(known);
+    m_use.closed(guid);
+}
+
+bool LocalProjects::hasUnsavedChanges(const Guid& guid)
+{
+    const auto project = findOpen(guid);
+    return project && project->isDirty();
 }
 
 bool LocalProjects::saveAll()
@@ -202,11 +220,16 @@ bool LocalProjects::isHere(const Guid& guid, const fs::path& dataFolder)
     return fs::exists(DatabaseIn(ProjectFolder(dataFolder, GuidTextOf(guid))), missing);
 }
 
-LocalState LocalProjects::stateOf(const Guid& guid, const fs::path& dataFolder)
+void LocalProjects::requireHere(const Guid& guid, const fs::path& dataFolder)
 {
     if (!isHere(guid, dataFolder))
         throw Failure(localcode::notHere, "the project " + GuidTextOf(guid) + " is not on this machine");
-    return LocalStateOf(*m_disk, ProjectFolder(dataFolder, GuidTextOf(guid)));
+}
+
+LocalState LocalProjects::stateOf(const Guid& guid, const fs::path& dataFolder, const std::string& head)
+{
+    requireHere(guid, dataFolder);
+    return LocalStateOf(*m_disk, ProjectFolder(dataFolder, GuidTextOf(guid)), head);
 }
 
 bool LocalProjects::needsUpgrade(const Guid& guid, const fs::path& dataFolder)

@@ -14,6 +14,7 @@
 #include <set>
 #include <string>
 #include <unordered_map>
+#include <vector>
 
 namespace ZRSmartDB
 {
@@ -58,7 +59,19 @@ public:
                                                               const std::filesystem::path& dataFolder);
 
     [[nodiscard]] bool isHere(const Guid& guid, const std::filesystem::path& dataFolder);
-    [[nodiscard]] LocalState stateOf(const Guid& guid, const std::filesystem::path& dataFolder);
+    /// Throws Failure with words when the project is not here.
+    void requireHere(const Guid& guid, const std::filesystem::path& dataFolder);
+
+    /// `head` as in LocalStateOf.
+    [[nodiscard]] LocalState stateOf(const Guid& guid, const std::filesystem::path& dataFolder,
+                                     const std::string& head);
+
+    /// Another revision stands in the folder now: who opens the project gets that. What was given out before
+    /// stays valid, and old.
+    void retire(const Guid& guid);
+
+    /// Whether an open project has changes that are not saved.
+    [[nodiscard]] bool hasUnsavedChanges(const Guid& guid);
 
     /// Throws nothing: what cannot be looked at needs no upgrade.
     [[nodiscard]] bool needsUpgrade(const Guid& guid, const std::filesystem::path& dataFolder);
@@ -82,6 +95,7 @@ private:
 
     mutable std::mutex m_mutex; ///< protects what follows; never held while a file is read
     std::unordered_map<Guid, std::shared_ptr<Project>> m_open;
+    std::vector<std::shared_ptr<Project>> m_retired;
     std::filesystem::path m_lastDataFolder;
 };
 

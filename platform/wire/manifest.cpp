@@ -120,6 +120,19 @@ std::string EncodeManifest(const Manifest& manifest)
     return writer.take();
 }
 
+std::string ManifestRefusal(const Manifest& manifest)
+{
+    const FileEntry* last = nullptr;
+    for (const auto& file : manifest.files) {
+        if (auto refusal = EntryRefusal(file); !refusal.empty())
+            return refusal;
+        if (last != nullptr && last->path >= file.path)
+            return "paths out of order";
+        last = &file;
+    }
+    return CollisionRefusal(manifest);
+}
+
 std::variant<Manifest, Refusal> DecodeManifest(std::string_view bytes)
 {
     ByteReader reader(bytes);
@@ -130,15 +143,11 @@ std::variant<Manifest, Refusal> DecodeManifest(std::string_view bytes)
         FileEntry file;
         if (!ReadEntry(reader, file))
             return Refusal{"a manifest that is cut short"};
-        if (auto refusal = EntryRefusal(file); !refusal.empty())
-            return Refusal{refusal};
-        if (!manifest.files.empty() && manifest.files.back().path >= file.path)
-            return Refusal{"paths out of order"};
         manifest.files.push_back(std::move(file));
     }
     if (!reader.good() || reader.left() != 0)
         return Refusal{"a manifest of the wrong length"};
-    if (auto refusal = CollisionRefusal(manifest); !refusal.empty())
+    if (auto refusal = ManifestRefusal(manifest); !refusal.empty())
         return Refusal{refusal};
     return manifest;
 }

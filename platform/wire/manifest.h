@@ -64,6 +64,9 @@ struct Refusal {
 /// than a small multiple of the input.
 [[nodiscard]] std::variant<Manifest, Refusal> DecodeManifest(std::string_view bytes);
 
+/// Why a manifest cannot be a revision, or empty when it can.
+[[nodiscard]] std::string ManifestRefusal(const Manifest& manifest);
+
 /// Why a path cannot be a project's file, or empty when it can: it must be relative, valid UTF-8 of at most
 /// 1,024 bytes, with names of 1 to 255 bytes that are none of ".", "..", hold no control character, no
 /// backslash and no colon, and do not end in a blank or a dot (Windows would drop those).

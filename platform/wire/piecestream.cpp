@@ -28,6 +28,25 @@ void AppendHeader(std::string& frame, std::uint32_t header)
         frame += static_cast<char>(header >> shift & 0xFFU);
 }
 
+/// The bytes of a piece; none when `stored` is no piece.
+std::span<const std::byte> Unpacked(std::uint32_t header, std::span<const std::byte> stored,
+                                    std::vector<std::byte>& buffer)
+{
+    if (stored.empty() || stored.size() > maximumPieceSize)
+        return {};
+    if ((header & compressedBit) == 0)
+        return stored;
+    const auto size = ZSTD_getFrameContentSize(stored.data(), stored.size());
+    if (size == ZSTD_CONTENTSIZE_UNKNOWN || size == ZSTD_CONTENTSIZE_ERROR || size == 0 ||
+        size > maximumPieceSize)
+        return {};
+    buffer.resize(static_cast<std::size_t>(size));
+    const auto unpackedSize = ZSTD_decompress(buffer.data(), buffer.size(), stored.data(), stored.size());
+    if (ZSTD_isError(unpackedSize) != 0 || unpackedSize != size)
+        return {};
+    return buffer;
+}
+
 std::uint32_t HeaderOf(std::span<const std::byte> frame)
 {
     std::uint32_t header = 0;
@@ -92,23 +111,36 @@ bool PieceStreamReader::feed(std::span<const std::byte> bytes)
 
 bool PieceStreamReader::takeFrame(std::uint32_t header, std::span<const std::byte> stored)
 {
-    if (stored.empty() || stored.size() > maximumPieceSize)
+    const auto bytes = Unpacked(header, stored, m_unpacked);
+    if (bytes.empty())
         return false;
-    if ((header & compressedBit) == 0) {
-        m_take(stored);
-        return true;
-    }
-    const auto size = ZSTD_getFrameContentSize(stored.data(), stored.size());
-    if (size == ZSTD_CONTENTSIZE_UNKNOWN || size == ZSTD_CONTENTSIZE_ERROR || size == 0 ||
-        size > maximumPieceSize)
-        return false;
-    m_unpacked.resize(static_cast<std::size_t>(size));
-    const auto unpackedSize =
-        ZSTD_decompress(m_unpacked.data(), m_unpacked.size(), stored.data(), stored.size());
-    if (ZSTD_isError(unpackedSize) != 0 || unpackedSize != size)
-        return false;
-    m_take(m_unpacked);
+    m_take(bytes);
     return true;
+}
+
+FrameReader::FrameReader(std::string_view stream)
+    : m_rest(std::as_bytes(std::span(stream)))
+{
+}
+
+std::optional<FrameReader::Frame> FrameReader::next()
+{
+    if (!m_isGood || m_rest.empty())
+        return std::nullopt;
+    m_isGood = false;
+    if (m_rest.size() < headerSize)
+        return std::nullopt;
+    const std::uint32_t header = HeaderOf(m_rest);
+    const std::size_t length = header & ~compressedBit;
+    if (length > m_rest.size() - headerSize)
+        return std::nullopt;
+    const auto bytes = Unpacked(header, m_rest.subspan(headerSize, length), m_unpacked);
+    if (bytes.empty())
+        return std::nullopt;
+    const Frame frame{bytes, m_rest.first(headerSize + length)};
+    m_rest = m_rest.subspan(headerSize + length);
+    m_isGood = true;
+    return frame;
 }
 
 } // namespace wire

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -15,6 +16,29 @@ namespace wire
 /// A piece as it stands in a piece stream and in the server's packs: 4 bytes with the length of what follows,
 /// the top bit telling that it is compressed, then the bytes. Compressed by zstd where that saves a tenth.
 [[nodiscard]] std::string FramedPiece(std::span<const std::byte> bytes);
+
+/// Takes a piece stream apart that lies in memory whole.
+class FrameReader
+{
+public:
+    explicit FrameReader(std::string_view stream);
+
+    struct Frame {
+        std::span<const std::byte> bytes;  ///< of the piece; valid until the next call
+        std::span<const std::byte> stored; ///< the frame as it stands in the stream
+    };
+
+    /// The next piece; nothing at the end, and when the rest is no piece stream.
+    [[nodiscard]] std::optional<Frame> next();
+
+    /// False when the stream is damaged or cut short.
+    [[nodiscard]] bool isGood() const { return m_isGood; }
+
+private:
+    std::span<const std::byte> m_rest;
+    std::vector<std::byte> m_unpacked;
+    bool m_isGood = true;
+};
 
 /// Takes the bytes of one piece; they are valid during the call.
 using PieceTaker = std::function<void(std::span<const std::byte> bytes)>;

@@ -10,7 +10,8 @@ namespace wire
 bool IsProjectFile(std::string_view path)
 {
     constexpr std::array<std::string_view, 4> leftOut = {"-wal", "-shm", "-journal", ".tmp"};
-    return path != syncStateName &&
+    constexpr std::array memory = {syncStateName, syncManifestName, attemptStateName, attemptManifestName};
+    return std::find(memory.begin(), memory.end(), path) == memory.end() &&
            std::none_of(leftOut.begin(), leftOut.end(), [&](auto ending) { return path.ends_with(ending); });
 }
 

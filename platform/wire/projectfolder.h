@@ -13,8 +13,12 @@ namespace wire
 /// The project's own database in its folder.
 inline constexpr std::string_view projectDatabaseName = "project.db";
 
-/// What a client remembers about a project's last equality with the server; never part of a revision.
+// What a client remembers about a project's last equality with the server, and about the upload that may have
+// made it equal; never part of a revision.
 inline constexpr std::string_view syncStateName = "sync.json";
+inline constexpr std::string_view syncManifestName = "sync.manifest";
+inline constexpr std::string_view attemptStateName = "attempt.json";
+inline constexpr std::string_view attemptManifestName = "attempt.manifest";
 
 /// Whether a file of a project's folder belongs to its revisions: not the client's memory of the server, not
 /// what SQLite keeps beside a database, not half-written files.

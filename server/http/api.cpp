@@ -37,12 +37,13 @@ Reply Tagged(const Request& request, const TaggedAnswer& answer)
 
 } // namespace
 
-Api::Api(Store& store, const std::filesystem::path& packs, std::chrono::seconds tokenLife)
+Api::Api(Store& store, const std::filesystem::path& packs, const Times& times)
     : m_store(store)
     , m_packs(packs)
     , m_lists(store)
     , m_revisions(store)
-    , m_tokenLife(tokenLife)
+    , m_uploads(store, m_revisions, packs, times.uploadLease)
+    , m_tokenLife(times.tokenLife)
 {
 }
 
@@ -70,12 +71,39 @@ Reply Api::route(const Request& request)
     if (path.size() == 1 && path[0] == "login")
         return request.method == "POST" ? login(request) : WrongMethod();
 
+    const auto session = sessionOf(request);
+    return session ? routeWithSession(request, *session) : Expired();
+}
+
+std::optional<Session> Api::sessionOf(const Request& request)
+{
     constexpr std::string_view scheme = "Bearer ";
     if (!request.authorization.starts_with(scheme))
-        return Expired();
+        return std::nullopt;
     const auto token = TokenName(std::string_view(request.authorization).substr(scheme.size()));
-    const auto session = m_store.findSession(token, std::time(nullptr));
-    return session ? routeWithSession(request, *session) : Expired();
+    return m_store.findSession(token, std::time(nullptr));
+}
+
+bool Api::mayBeLarge(const Request& request)
+{
+    const auto& path = request.path;
+    if (path.size() != 3 || path[0] != "projects" || path[2] != "uploads")
+        return false;
+    try {
+        return sessionOf(request).has_value();
+    } catch (const std::exception& exception) {
+        std::cerr << "a session could not be looked up: " << exception.what() << '\n';
+        return false;
+    }
+}
+
+void Api::tick()
+{
+    try {
+        m_uploads.endStale();
+    } catch (const std::exception& exception) {
+        std::cerr << "uploads that have stopped could not be ended: " << exception.what() << '\n';
+    }
 }
 
 Reply Api::routeWithSession(const Request& request, const Session& session)
@@ -100,6 +128,10 @@ Reply Api::routeProject(const Request& request, const Session& session)
     if (path.size() == 2 && path[1] == "states")
         return request.method == "GET" ? Tagged(request, *m_lists.states(session.account)) : WrongMethod();
 
+    // A project that is uploaded for the first time is not known yet.
+    if (path.size() >= 3 && path[2] == "uploads")
+        return routeUpload(request, session);
+
     const auto found = m_store.findProject(session.account, path[1]);
     if (!found)
         return Missing();
@@ -114,6 +146,8 @@ Reply Api::routeProject(const Request& request, const Session& session)
     }
     if (path.size() == 4 && path[2] == "revisions")
         return request.method == "GET" ? manifest(request, path[1], path[3]) : WrongMethod();
+    if (path.size() == 6 && path[2] == "revisions" && path[4] == "from")
+        return request.method == "GET" ? manifestDelta(path[1], path[3], path[5]) : WrongMethod();
     if (path.size() == 5 && path[2] == "revisions" && path[4] == "pieces")
         return request.method == "POST" ? pieces(request, path[1], path[3]) : WrongMethod();
     return Missing();

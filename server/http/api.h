@@ -5,6 +5,7 @@
 #include "server/http/reply.h"
 #include "server/projects/projectlists.h"
 #include "server/projects/revisioncache.h"
+#include "server/projects/uploads.h"
 #include "server/storage/packs.h"
 #include "server/storage/store.h"
 
@@ -12,6 +13,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace server
 {
@@ -21,14 +23,25 @@ namespace server
 class Api
 {
 public:
-    /// `tokenLife` is how long a login lasts.
-    Api(Store& store, const std::filesystem::path& packs, std::chrono::seconds tokenLife);
+    struct Times {
+        std::chrono::seconds tokenLife = std::chrono::hours(24 * 14); ///< how long a login lasts
+        std::chrono::seconds uploadLease{90}; ///< after which an upload that sends nothing has failed
+    };
+
+    Api(Store& store, const std::filesystem::path& packs, const Times& times);
 
     /// Never throws: what goes wrong inside becomes an answer with the status 500.
     [[nodiscard]] Reply answer(const Request& request);
 
     /// Whether a request is answered without any waiting.
     [[nodiscard]] static bool isQuick(const Request& request);
+
+    /// Whether a request may bring more than the usual amount, asked when only its header is there: a message
+    /// with the files of a large project, from somebody who is logged in.
+    [[nodiscard]] bool mayBeLarge(const Request& request);
+
+    /// What is to be done once a second. Never throws.
+    void tick();
 
     [[nodiscard]] PackReader& packs() { return m_packs; }
 
@@ -44,13 +57,23 @@ private:
     [[nodiscard]] Reply project(const Project& project, const ProjectState& state);
     [[nodiscard]] Reply projectFile(const ProjectState& state, const std::string& path);
     [[nodiscard]] Reply manifest(const Request& request, const std::string& guid, const std::string& root);
+    [[nodiscard]] Reply manifestDelta(const std::string& guid, const std::string& root,
+                                      const std::string& base);
     [[nodiscard]] Reply pieces(const Request& request, const std::string& guid, const std::string& root);
+    [[nodiscard]] Reply routeUpload(const Request& request, const Session& session);
+    [[nodiscard]] Reply beginUpload(const Request& request, const Session& session);
+    [[nodiscard]] Reply uploadPieces(const std::string& guid, const std::string& id,
+                                     const std::string& stream);
+    [[nodiscard]] Reply commitUpload(const std::string& guid, const std::string& id);
+    [[nodiscard]] Reply abandonUpload(const std::string& guid, const std::string& id);
+    [[nodiscard]] std::optional<Session> sessionOf(const Request& request);
     [[nodiscard]] std::string fileBytes(const LoadedRevision& revision, std::size_t file);
 
     Store& m_store;
     PackReader m_packs;
     ProjectLists m_lists;
     RevisionCache m_revisions;
+    Uploads m_uploads;
     LoginGuard m_guard;
     std::chrono::seconds m_tokenLife;
 };

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "server/http/api.h"
+#include "wire/manifestdelta.h"
 
 #include <stdexcept>
 
@@ -46,6 +47,20 @@ Reply Api::manifest(const Request& request, const std::string& guid, const std::
         reply.headers.emplace_back("Content-Encoding", "zstd");
         reply.body = Compressed(revision->encodedManifest);
     }
+    return reply;
+}
+
+Reply Api::manifestDelta(const std::string& guid, const std::string& root, const std::string& base)
+{
+    const auto name = wire::DigestFromHex(root);
+    const auto baseName = wire::DigestFromHex(base);
+    const auto revision = name ? m_revisions.find(guid, *name) : nullptr;
+    const auto baseRevision = baseName ? m_revisions.find(guid, *baseName) : nullptr;
+    if (!revision || !baseRevision)
+        return NoRevision();
+    Reply reply;
+    reply.contentType = "application/x-torvo-manifest-delta";
+    reply.body = wire::EncodeManifestDelta(baseRevision->manifest, revision->manifest);
     return reply;
 }
 

@@ -28,6 +28,7 @@ namespace http = boost::beast::http;
 
 constexpr std::uint32_t largestHeader = 16U << 10U;
 constexpr std::uint64_t largestBody = 4U << 20U;
+constexpr std::uint64_t largestMessage = 64U << 20U;
 constexpr std::size_t largestRead = 64U << 10U;
 constexpr std::size_t pumpSize = 4U << 20U;
 constexpr std::chrono::seconds idleTime(75); ///< for the next request to arrive, with its header
@@ -122,12 +123,17 @@ net::awaitable<bool> Connection::serveOne()
 {
     http::request_parser<http::string_body> parser;
     parser.header_limit(largestHeader);
-    parser.body_limit(largestBody);
+    // How much it may be depends on who asks, which the header tells.
+    parser.body_limit(largestMessage);
     allow(idleTime);
     boost::system::error_code error;
     co_await http::async_read_header(m_socket, m_buffer, parser,
                                      net::redirect_error(net::use_awaitable, error));
     if (!error) {
+        bool isLarge = false;
+        co_await askWhetherLarge(parser.get(), isLarge);
+        if (!isLarge)
+            parser.body_limit(largestBody);
         allow(bodyTime);
         co_await http::async_read(m_socket, m_buffer, parser, net::redirect_error(net::use_awaitable, error));
     }
@@ -151,6 +157,21 @@ net::awaitable<bool> Connection::serveOne()
         reply = ErrorReply(404, code::missing, "there is no such thing here");
     co_await write(reply, message.version(), keepAlive, withBody);
     co_return keepAlive;
+}
+
+net::awaitable<void> Connection::askWhetherLarge(const Header& header, bool& isLarge)
+{
+    bool isValid = false;
+    if (!header.target().ends_with("/uploads"))
+        co_return;
+    const Request request = RequestOf(header, isValid);
+    if (!isValid)
+        co_return;
+    const auto work = [&]() -> net::awaitable<void> {
+        isLarge = m_shared.api.mayBeLarge(request);
+        co_return;
+    };
+    co_await net::co_spawn(m_shared.pool, work, net::use_awaitable);
 }
 
 net::awaitable<void> Connection::answerTo(const Request& request, Reply& reply)

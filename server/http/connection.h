@@ -12,6 +12,8 @@
 #include <boost/asio/steady_timer.hpp>
 #include <boost/asio/thread_pool.hpp>
 #include <boost/beast/core/flat_buffer.hpp>
+#include <boost/beast/http/message.hpp>
+#include <boost/beast/http/string_body.hpp>
 
 namespace server
 {
@@ -46,6 +48,8 @@ private:
     boost::asio::awaitable<bool> serveOne();
     // Requests and replies stay in the frame of serveOne: passed by reference, since the compiler's
     // coroutines have destroyed by-value arguments twice.
+    using Header = boost::beast::http::request<boost::beast::http::string_body>;
+    boost::asio::awaitable<void> askWhetherLarge(const Header& header, bool& isLarge);
     boost::asio::awaitable<void> answerTo(const Request& request, Reply& reply);
     boost::asio::awaitable<void> write(Reply& reply, unsigned version, bool keepAlive, bool withBody);
     boost::asio::awaitable<void> pump(const PackRange& range);

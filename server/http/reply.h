@@ -20,6 +20,7 @@ struct Request {
     std::string authorization;
     std::string ifNoneMatch;
     std::string acceptEncoding;
+
     std::string body;
 };
 
@@ -41,11 +42,19 @@ namespace code
 inline constexpr int badRequest = 40001;
 inline constexpr int loginExpired = 40014;
 inline constexpr int wrongPassword = 40101;
+inline constexpr int notAllowed = 40300;
 inline constexpr int missing = 40400;
+inline constexpr int uploadGone = 40410;
 inline constexpr int wrongMethod = 40500;
+inline constexpr int conflict = 40900;
+inline constexpr int busy = 40901;
+inline constexpr int converting = 40902;
+inline constexpr int unknownBase = 40903;
+inline constexpr int incomplete = 40904;
 inline constexpr int tooLarge = 41300;
 inline constexpr int tooMany = 42900;
 inline constexpr int serverError = 50000;
+inline constexpr int diskFull = 50700;
 } // namespace code
 
 /// An answer without a body.

@@ -22,6 +22,7 @@ namespace net = boost::asio;
 constexpr int mostConnections = 4096;
 constexpr unsigned poolThreads = 4;
 constexpr std::chrono::milliseconds restAfterFailure(50);
+constexpr std::chrono::seconds tickTime(1);
 
 } // namespace
 
@@ -48,6 +49,8 @@ void Server::run()
     });
     net::co_spawn(
         m_context, [this] { return accept(); }, net::detached);
+    net::co_spawn(
+        m_context, [this] { return tick(); }, net::detached);
 
     std::vector<std::thread> threads;
     for (unsigned i = 1; i < m_threads; ++i)
@@ -61,6 +64,20 @@ void Server::run()
 void Server::stop()
 {
     m_context.stop();
+}
+
+net::awaitable<void> Server::tick()
+{
+    net::steady_timer timer(m_context);
+    const auto work = [this]() -> net::awaitable<void> {
+        m_shared.api.tick();
+        co_return;
+    };
+    while (true) {
+        timer.expires_after(tickTime);
+        co_await timer.async_wait(net::use_awaitable);
+        co_await net::co_spawn(m_pool, work, net::use_awaitable);
+    }
 }
 
 net::awaitable<void> Server::accept()

@@ -29,6 +29,7 @@ public:
 
 private:
     boost::asio::awaitable<void> accept();
+    boost::asio::awaitable<void> tick();
 
     unsigned m_threads;
     boost::asio::io_context m_context;

@@ -6,15 +6,12 @@
 #include "wire/manifest.h"
 #include "wire/piecestream.h"
 #include "wire/projectfolder.h"
+#include "wire/snapshot.h"
 
-#include <array>
-#include <fstream>
+#include <optional>
 #include <random>
 #include <stdexcept>
 #include <unordered_map>
-
-#include <SQLiteCpp/Backup.h>
-#include <SQLiteCpp/SQLiteCpp.h>
 
 namespace server
 {
@@ -22,40 +19,12 @@ namespace server
 namespace
 {
 
-bool IsDatabase(const std::filesystem::path& file)
+/// A name in the system's folder for what is needed for a moment.
+std::filesystem::path ScratchFile()
 {
-    std::array<std::byte, 512> head{};
-    std::ifstream(file, std::ios::binary).read(reinterpret_cast<char*>(head.data()), head.size());
-    return wire::SqlitePageSize(head, 512ULL * 65536ULL) > 0;
+    return std::filesystem::temp_directory_path() /
+           ("torvo-snapshot-" + std::to_string(std::random_device()()));
 }
-
-/// A copy of a database as it stood at one moment. Removed with the object.
-class Snapshot
-{
-public:
-    explicit Snapshot(const std::filesystem::path& database)
-        : m_file(std::filesystem::temp_directory_path() /
-                 ("torvo-snapshot-" + std::to_string(std::random_device()())))
-    {
-        SQLite::Database source(database.string(), SQLite::OPEN_READONLY, 10000);
-        SQLite::Database copy(m_file.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-        SQLite::Backup(copy, source).executeStep();
-        // What travels is one file: no log beside it, and none asked for by its header.
-        copy.exec("PRAGMA journal_mode=DELETE");
-    }
-    Snapshot(const Snapshot&) = delete;
-    Snapshot& operator=(const Snapshot&) = delete;
-    ~Snapshot()
-    {
-        std::error_code ignored;
-        std::filesystem::remove(m_file, ignored);
-    }
-
-    [[nodiscard]] const std::filesystem::path& file() const { return m_file; }
-
-private:
-    std::filesystem::path m_file;
-};
 
 /// Stores the pieces that are new and notes where every piece of the revision lies.
 class PieceCollector
@@ -108,8 +77,13 @@ wire::FileEntry TakeFile(const std::filesystem::path& folder, const std::string&
         collector.add(piece, bytes);
     };
     const auto file = folder / std::filesystem::u8path(path);
-    auto entry =
-        IsDatabase(file) ? wire::CutFile(Snapshot(file).file(), path, sink) : wire::CutFile(file, path, sink);
+    std::optional<wire::Snapshot> snapshot;
+    if (wire::IsDatabaseFile(file)) {
+        snapshot.emplace(file, ScratchFile());
+        if (!snapshot->refusal().empty())
+            throw std::runtime_error(path + ": " + snapshot->refusal());
+    }
+    auto entry = wire::CutFile(snapshot ? snapshot->file() : file, path, sink);
     if (const auto* refusal = std::get_if<wire::Refusal>(&entry))
         throw std::runtime_error(path + ": " + refusal->reason);
     return std::get<wire::FileEntry>(std::move(entry));

@@ -43,6 +43,7 @@ public:
     /// `ranges`.
     void appendRanges(std::size_t first, std::size_t count, std::vector<PackRange>& ranges) const;
 
+    [[nodiscard]] const PieceLocation& at(std::size_t piece) const { return m_locations[piece]; }
     [[nodiscard]] std::size_t pieceCount() const { return m_locations.size(); }
 
 private:

@@ -6,8 +6,10 @@
 #include <cstdio>
 #include <stdexcept>
 #include <system_error>
+#include <utility>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 namespace server
@@ -21,7 +23,11 @@ constexpr std::size_t writeSize = 4U << 20U;
 
 [[noreturn]] void Fail(const char* what)
 {
-    throw std::runtime_error(std::string(what) + ": " + std::generic_category().message(errno));
+    const int error = errno;
+    const std::string words = std::string(what) + ": " + std::generic_category().message(error);
+    if (error == ENOSPC || error == EDQUOT)
+        throw DiskFull(words);
+    throw std::runtime_error(words);
 }
 
 void WriteAll(int descriptor, std::string_view bytes)
@@ -74,18 +80,20 @@ std::shared_ptr<const OpenFile> PackReader::open(std::uint32_t pack)
 
 PackWriter::PackWriter(std::filesystem::path folder)
     : m_folder(std::move(folder))
-    , m_lock(m_folder / "lock", true)
 {
-    if (!m_lock.isHeld())
-        Fail("cannot lock the packs");
     m_pack = std::max(1U, NewestPack(m_folder));
     openNext();
 }
 
 PackWriter::~PackWriter()
 {
+    close();
+}
+
+void PackWriter::close()
+{
     if (m_descriptor >= 0)
-        ::close(m_descriptor);
+        ::close(std::exchange(m_descriptor, -1));
 }
 
 void PackWriter::openNext()
@@ -94,13 +102,14 @@ void PackWriter::openNext()
         m_descriptor = ::open((m_folder / PackName(m_pack)).c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
         if (m_descriptor < 0)
             Fail("cannot open a pack");
+        const bool isMine = ::flock(m_descriptor, LOCK_EX | LOCK_NB) == 0;
         const auto end = ::lseek(m_descriptor, 0, SEEK_END);
         if (end < 0)
             Fail("cannot read a pack's size");
         m_size = static_cast<std::uint64_t>(end);
-        if (m_size < fullPack)
+        if (isMine && m_size < fullPack)
             return;
-        ::close(m_descriptor);
+        close();
         ++m_pack;
     }
 }
@@ -109,7 +118,7 @@ PieceLocation PackWriter::append(std::string_view frame)
 {
     if (m_size >= fullPack) {
         sync();
-        ::close(m_descriptor);
+        close();
         ++m_pack;
         openNext();
     }

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "server/storage/folderlock.h"
-
 #include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <mutex>
+#include <stdexcept>
+#include <string>
 #include <string_view>
 #include <unordered_map>
 
@@ -59,9 +59,16 @@ private:
     std::unordered_map<std::uint32_t, std::shared_ptr<const OpenFile>> m_files;
 };
 
-/// Appends frames to the newest pack. There is one writer at a time on a folder, over all processes: the
-/// constructor waits for the other. What a killed writer left behind its last commit stays as dead bytes and
-/// harms nobody.
+/// The disk took no more bytes.
+class DiskFull : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// Appends frames to a pack that no other writer has, in this process or another; several writers fill
+/// several packs side by side. What a killed writer left behind its last commit stays as dead bytes and harms
+/// nobody. A writer that has thrown is not to be used any more. One thread at a time.
 class PackWriter
 {
 public:
@@ -71,17 +78,18 @@ public:
     PackWriter& operator=(const PackWriter&) = delete;
     ~PackWriter();
 
-    /// Throws std::runtime_error, for example on a full disk.
+    /// Throws std::runtime_error, DiskFull on a full disk.
     [[nodiscard]] PieceLocation append(std::string_view frame);
 
     /// Returns when everything that was appended is on the disk. Throws std::runtime_error.
     void sync();
 
 private:
+    /// Opens the first pack from `m_pack` on that has room and no other writer.
     void openNext();
+    void close();
 
     std::filesystem::path m_folder;
-    FolderLock m_lock;
     int m_descriptor = -1;
     std::uint32_t m_pack = 0;
     std::uint64_t m_size = 0;

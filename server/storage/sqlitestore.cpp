@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "server/storage/sqlitestore.h"
 
-#include <stdexcept>
-#include <unordered_map>
+#include "server/storage/sqliteconnection.h"
 
-#include <SQLiteCpp/SQLiteCpp.h>
+#include <stdexcept>
 
 namespace server
 {
@@ -12,8 +11,7 @@ namespace server
 namespace
 {
 
-constexpr int schemaVersion = 1;
-constexpr int busyMilliseconds = 10000;
+constexpr int schemaVersion = 2;
 
 constexpr const char* schema = R"(
 CREATE TABLE organisations(id INTEGER PRIMARY KEY, name TEXT NOT NULL UNIQUE, tree TEXT NOT NULL);
@@ -34,35 +32,15 @@ CREATE TABLE counters(name TEXT PRIMARY KEY, value INTEGER NOT NULL);
 INSERT INTO counters VALUES('changes', 1);
 )";
 
+/// Version 2: clients upload.
+constexpr const char* uploadSchema = R"(
+CREATE TABLE uploads(guid TEXT PRIMARY KEY REFERENCES projects(guid), id TEXT NOT NULL, session BLOB NOT NULL,
+    until INTEGER NOT NULL) WITHOUT ROWID;
+)";
+
 /// What the account ?1 sees, without models.
 constexpr const char* visible = R"(SELECT p.guid FROM projects p JOIN accounts a ON a.id = ?1
     WHERE p.parent = '' AND (p.owner = a.id OR p.organisation = a.organisation OR p.is_demo))";
-
-void BindDigest(SQLite::Statement& statement, int index, const wire::Digest& digest)
-{
-    statement.bind(index, static_cast<const void*>(digest.bytes.data()),
-                   static_cast<int>(digest.bytes.size()));
-}
-
-void BindBlob(SQLite::Statement& statement, int index, const std::string& bytes)
-{
-    statement.bind(index, static_cast<const void*>(bytes.data()), static_cast<int>(bytes.size()));
-}
-
-void BindId(SQLite::Statement& statement, int index, const std::optional<std::int64_t>& id)
-{
-    if (id)
-        statement.bind(index, *id);
-    else
-        statement.bind(index);
-}
-
-std::optional<std::int64_t> IdAt(SQLite::Statement& statement, int index)
-{
-    if (statement.isColumnNull(index))
-        return std::nullopt;
-    return statement.getColumn(index).getInt64();
-}
 
 Account AccountOf(SQLite::Statement& row)
 {
@@ -105,71 +83,6 @@ ProjectStatus StatusOf(int number)
 
 } // namespace
 
-/// A connection with its prepared statements. For one thread at a time.
-class SqliteStore::Connection
-{
-public:
-    explicit Connection(const std::filesystem::path& file)
-        : database(file.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE, busyMilliseconds)
-    {
-        database.exec("PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL; PRAGMA foreign_keys=ON;");
-    }
-
-    /// A statement ready to be bound; made once for each text.
-    SQLite::Statement& prepare(const char* text)
-    {
-        auto& statement = m_statements[text];
-        if (!statement)
-            statement = std::make_unique<SQLite::Statement>(database, text);
-        statement->tryReset();
-        statement->clearBindings();
-        return *statement;
-    }
-
-    void countChange() { prepare("UPDATE counters SET value = value + 1 WHERE name = 'changes'").exec(); }
-
-    SQLite::Database database;
-
-private:
-    std::unordered_map<std::string, std::unique_ptr<SQLite::Statement>> m_statements;
-};
-
-/// A connection while one operation uses it. No statement stays in the middle of its rows when it goes back:
-/// that would keep an old snapshot of the database alive.
-class SqliteStore::Lease
-{
-public:
-    Lease(SqliteStore& store, std::unique_ptr<Connection> connection)
-        : m_store(store)
-        , m_connection(std::move(connection))
-    {
-    }
-    Lease(const Lease&) = delete;
-    Lease& operator=(const Lease&) = delete;
-    ~Lease()
-    {
-        if (m_used != nullptr)
-            m_used->tryReset();
-        const std::lock_guard lock(m_store.m_mutex);
-        m_store.m_free.push_back(std::move(m_connection));
-    }
-
-    SQLite::Statement& prepare(const char* text)
-    {
-        if (m_used != nullptr)
-            m_used->tryReset();
-        m_used = &m_connection->prepare(text);
-        return *m_used;
-    }
-    SQLite::Database& database() { return m_connection->database; }
-    void countChange() { m_connection->countChange(); }
-
-private:
-    SqliteStore& m_store;
-    std::unique_ptr<Connection> m_connection;
-    SQLite::Statement* m_used = nullptr;
-};
-
 SqliteStore::SqliteStore(std::filesystem::path file)
     : m_file(std::move(file))
 {
@@ -178,10 +91,11 @@ SqliteStore::SqliteStore(std::filesystem::path file)
     const int version = connection.database().execAndGet("PRAGMA user_version").getInt();
     if (version > schemaVersion)
         throw std::runtime_error("the server's database was written by a newer version");
-    if (version == 0) {
+    if (version < 1)
         connection.database().exec(schema);
-        connection.database().exec("PRAGMA user_version = " + std::to_string(schemaVersion));
-    }
+    if (version < 2)
+        connection.database().exec(uploadSchema);
+    connection.database().exec("PRAGMA user_version = " + std::to_string(schemaVersion));
     transaction.commit();
 }
 
@@ -420,65 +334,6 @@ void SqliteStore::setStatus(const std::string& guid, ProjectStatus status)
     SQLite::Transaction transaction(connection.database(), SQLite::TransactionBehavior::IMMEDIATE);
     auto& update = connection.prepare("UPDATE projects SET status = ? WHERE guid = ?");
     update.bind(1, static_cast<int>(status));
-    update.bind(2, guid);
-    update.exec();
-    connection.countChange();
-    transaction.commit();
-}
-
-std::optional<Revision> SqliteStore::findRevision(const std::string& guid, const wire::Digest& root)
-{
-    auto connection = lease();
-    auto& row = connection.prepare("SELECT manifest, layout FROM revisions WHERE guid = ? AND root = ?");
-    row.bind(1, guid);
-    BindDigest(row, 2, root);
-    if (!row.executeStep())
-        return std::nullopt;
-    return Revision{root, row.getColumn(0).getString(), row.getColumn(1).getString()};
-}
-
-std::string SqliteStore::head(const std::string& guid)
-{
-    auto connection = lease();
-    auto& row = connection.prepare("SELECT head FROM projects WHERE guid = ?");
-    row.bind(1, guid);
-    return row.executeStep() ? row.getColumn(0).getString() : std::string();
-}
-
-std::optional<PieceLocation> SqliteStore::findPiece(const wire::Digest& name)
-{
-    auto connection = lease();
-    auto& row = connection.prepare("SELECT pack, offset, length FROM pieces WHERE name = ?");
-    BindDigest(row, 1, name);
-    if (!row.executeStep())
-        return std::nullopt;
-    return PieceLocation{row.getColumn(0).getUInt(), static_cast<std::uint64_t>(row.getColumn(1).getInt64()),
-                         row.getColumn(2).getUInt()};
-}
-
-void SqliteStore::commitRevision(const std::string& guid, const Revision& revision,
-                                 std::span<const std::pair<wire::Digest, PieceLocation>> newPieces)
-{
-    auto connection = lease();
-    SQLite::Transaction transaction(connection.database(), SQLite::TransactionBehavior::IMMEDIATE);
-    for (const auto& [name, location] : newPieces) {
-        auto& insert = connection.prepare("INSERT OR IGNORE INTO pieces(name, pack, offset, length) "
-                                          "VALUES(?, ?, ?, ?)");
-        BindDigest(insert, 1, name);
-        insert.bind(2, location.pack);
-        insert.bind(3, static_cast<std::int64_t>(location.offset));
-        insert.bind(4, location.length);
-        insert.exec();
-    }
-    auto& insert = connection.prepare(
-        "INSERT OR IGNORE INTO revisions(guid, root, manifest, layout) VALUES(?, ?, ?, ?)");
-    insert.bind(1, guid);
-    BindDigest(insert, 2, revision.root);
-    BindBlob(insert, 3, revision.manifest);
-    BindBlob(insert, 4, revision.layout);
-    insert.exec();
-    auto& update = connection.prepare("UPDATE projects SET head = ?, status = 1 WHERE guid = ?");
-    update.bind(1, wire::ToHex(revision.root));
     update.bind(2, guid);
     update.exec();
     connection.countChange();

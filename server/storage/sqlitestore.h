@@ -41,13 +41,24 @@ public:
                                                        const wire::Digest& root) override;
     [[nodiscard]] std::string head(const std::string& guid) override;
     [[nodiscard]] std::optional<PieceLocation> findPiece(const wire::Digest& name) override;
+    [[nodiscard]] std::vector<std::optional<PieceLocation>>
+    findPieces(std::span<const wire::Piece> pieces) override;
+    void addPieces(std::span<const StoredPiece> pieces) override;
     void commitRevision(const std::string& guid, const Revision& revision,
-                        std::span<const std::pair<wire::Digest, PieceLocation>> newPieces) override;
+                        std::span<const StoredPiece> newPieces) override;
+    [[nodiscard]] UploadAnswer beginUpload(const UploadLease& lease, const Project& project,
+                                           const std::optional<std::string>& base) override;
+    [[nodiscard]] bool extendUpload(const UploadLease& lease) override;
+    [[nodiscard]] UploadAnswer commitUpload(const UploadLease& lease, const Project& project,
+                                            const std::optional<std::string>& base, const Revision& revision,
+                                            std::span<const StoredPiece> newPieces) override;
+    void endUpload(const UploadLease& lease, ProjectStatus status) override;
+    std::vector<std::string> endStaleUploads(std::int64_t now) override;
 
-private:
     class Connection;
     class Lease;
 
+private:
     [[nodiscard]] Lease lease();
 
     std::filesystem::path m_file;

@@ -3,6 +3,7 @@
 
 #include "server/storage/packs.h"
 #include "wire/digest.h"
+#include "wire/manifest.h"
 
 #include <cstdint>
 #include <functional>
@@ -69,6 +70,27 @@ struct Revision {
     std::string layout;   ///< encoded
 };
 
+/// An upload that runs: one client at a time has a project, as long as it keeps sending.
+struct UploadLease {
+    std::string guid;
+    std::string id;
+    wire::Digest session;   ///< name of the token of the client
+    std::int64_t until = 0; ///< seconds since 1970
+};
+
+/// Whether an upload may begin or end.
+enum class UploadAnswer {
+    granted,
+    notAllowed, ///< the project belongs to others
+    busy,       ///< another client uploads it
+    converting, ///< the server converts it
+    conflict,   ///< it has a newer revision than the client started from
+    gone,       ///< the upload has ended
+};
+
+/// What the store remembers of one piece.
+using StoredPiece = std::pair<wire::Digest, PieceLocation>;
+
 /// What the server remembers. Every operation is whole or not at all, may be called on any thread, waits for
 /// the database and throws std::exception when that fails.
 class Store
@@ -125,9 +147,32 @@ public:
     /// The name of a project's newest revision, empty when it has none.
     [[nodiscard]] virtual std::string head(const std::string& guid) = 0;
     [[nodiscard]] virtual std::optional<PieceLocation> findPiece(const wire::Digest& name) = 0;
+    /// The same for many, in their order.
+    [[nodiscard]] virtual std::vector<std::optional<PieceLocation>>
+    findPieces(std::span<const wire::Piece> pieces) = 0;
+    virtual void addPieces(std::span<const StoredPiece> pieces) = 0;
     /// Makes a revision the newest of its project, with the pieces that it brought.
     virtual void commitRevision(const std::string& guid, const Revision& revision,
-                                std::span<const std::pair<wire::Digest, PieceLocation>> newPieces) = 0;
+                                std::span<const StoredPiece> newPieces) = 0;
+
+    // Uploads
+
+    /// Gives a project to a client for its upload, and makes it known when it is new. `project.owner` is the
+    /// account that asks. `base` is the revision that the client started from, empty for none; nothing when
+    /// it does not matter. A client that has the project already gets it anew.
+    [[nodiscard]] virtual UploadAnswer beginUpload(const UploadLease& lease, const Project& project,
+                                                   const std::optional<std::string>& base) = 0;
+    /// Extends all uploads of the client. False when this one has ended.
+    [[nodiscard]] virtual bool extendUpload(const UploadLease& lease) = 0;
+    /// Makes the revision the newest, and ends the upload unless the answer is a conflict of revisions.
+    [[nodiscard]] virtual UploadAnswer commitUpload(const UploadLease& lease, const Project& project,
+                                                    const std::optional<std::string>& base,
+                                                    const Revision& revision,
+                                                    std::span<const StoredPiece> newPieces) = 0;
+    /// Ends an upload that brought nothing; its project gets the status.
+    virtual void endUpload(const UploadLease& lease, ProjectStatus status) = 0;
+    /// Ends the uploads whose clients have stopped sending, as failed, and gives their ids.
+    virtual std::vector<std::string> endStaleUploads(std::int64_t now) = 0;
 };
 
 } // namespace server

@@ -7,9 +7,12 @@
 namespace ZRSmartDB
 {
 
-LocalState LocalStateOf(Disk& disk, const std::filesystem::path& folder)
+LocalState LocalStateOf(Disk& disk, const std::filesystem::path& folder, const std::string& head)
 {
-    const auto noted = ReadSyncState(folder);
+    auto noted = ReadSyncState(folder);
+    const bool isEqual = noted && noted->revision == head;
+    if (!isEqual && !head.empty() && AdoptAttempt(disk, folder, head))
+        noted = ReadSyncState(folder);
     if (!noted)
         return {};
     auto seen = *noted;

@@ -17,9 +17,11 @@ struct LocalState {
     friend bool operator==(const LocalState&, const LocalState&) = default;
 };
 
-/// Reads it from the folder, whatever the format of the project. Throws Failure when the folder cannot be
-/// read.
-[[nodiscard]] LocalState LocalStateOf(Disk& disk, const std::filesystem::path& folder);
+/// Reads it from the folder, whatever the format of the project. `head` is the server's newest revision,
+/// empty when it has none: an upload whose answer never came may have made it. Throws Failure when the folder
+/// cannot be read.
+[[nodiscard]] LocalState LocalStateOf(Disk& disk, const std::filesystem::path& folder,
+                                      const std::string& head);
 
 /// How a project stands to the server, as IZRDatabase::GetProjStatus gives it.
 enum class ProjectState {

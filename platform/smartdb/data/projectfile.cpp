@@ -130,6 +130,12 @@ void WriteModels(SQLite::Database& database, const ProjectChange& change)
     }
 }
 
+std::int64_t ChangeCounterIn(SQLite::Database& database)
+{
+    static_cast<void>(SchemaVersionOf(database));
+    return database.execAndGet("SELECT change_counter FROM project").getInt64();
+}
+
 void CreateDatabase(const std::filesystem::path& file, const ProjectHead& head)
 {
     SQLite::Database database(file.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
@@ -267,9 +273,14 @@ std::string ProjectFile::readGuid()
 
 std::int64_t ProjectFile::readChangeCounter()
 {
+    return ReportingFailures([&] { return ChangeCounterIn(*m_database); });
+}
+
+std::int64_t ProjectFile::readChangeCounterOf(const std::filesystem::path& database)
+{
     return ReportingFailures([&] {
-        static_cast<void>(SchemaVersionOf(*m_database));
-        return m_database->execAndGet("SELECT change_counter FROM project").getInt64();
+        auto copy = OpenDatabase(database);
+        return ChangeCounterIn(copy);
     });
 }
 

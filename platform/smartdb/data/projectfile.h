@@ -49,6 +49,9 @@ public:
     /// it fails.
     static void create(const std::filesystem::path& folder, const ProjectHead& head);
 
+    /// The change counter in a copy of a project's database, of any format.
+    [[nodiscard]] static std::int64_t readChangeCounterOf(const std::filesystem::path& database);
+
     /// Opens an existing project, of the current format or of an older one.
     explicit ProjectFile(const std::filesystem::path& folder);
     ~ProjectFile();

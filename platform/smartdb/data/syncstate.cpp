@@ -23,9 +23,9 @@ using nlohmann::json;
 
 constexpr std::size_t readBytes = 1U << 20U;
 
-fs::path SyncFile(const fs::path& folder)
+fs::path FileIn(const fs::path& folder, std::string_view name)
 {
-    return folder / std::string(wire::syncStateName);
+    return folder / std::string(name);
 }
 
 json JsonOf(const FileStamp& stamp)
@@ -117,11 +117,9 @@ bool FileHasChanged(const fs::path& file, SyncedFile& noted)
     return false;
 }
 
-} // namespace
-
-std::optional<SyncState> ReadSyncState(const fs::path& folder)
+std::optional<SyncState> ReadState(const fs::path& file)
 {
-    std::ifstream stream(SyncFile(folder), std::ios::binary);
+    std::ifstream stream(file, std::ios::binary);
     if (!stream)
         return std::nullopt;
     try {
@@ -129,6 +127,18 @@ std::optional<SyncState> ReadSyncState(const fs::path& folder)
     } catch (const json::exception&) {
         return std::nullopt;
     }
+}
+
+std::string TextOfState(const SyncState& state)
+{
+    return JsonOf(state).dump(-1, ' ', false, json::error_handler_t::replace);
+}
+
+} // namespace
+
+std::optional<SyncState> ReadSyncState(const fs::path& folder)
+{
+    return ReadState(FileIn(folder, wire::syncStateName));
 }
 
 SyncState SyncStateOf(const fs::path& folder, const wire::Manifest& manifest)
@@ -145,9 +155,55 @@ SyncState SyncStateOf(const fs::path& folder, const wire::Manifest& manifest)
     return state;
 }
 
+void WriteSynced(Disk& disk, const fs::path& folder, const SyncState& state, const wire::Manifest& manifest)
+{
+    // The manifest first: one that is not the memory's is only of no use.
+    WriteWhole(disk, FileIn(folder, wire::syncManifestName), wire::EncodeManifest(manifest));
+    WriteSyncState(disk, folder, state);
+}
+
 void WriteSyncState(Disk& disk, const fs::path& folder, const SyncState& state)
 {
-    WriteWhole(disk, SyncFile(folder), JsonOf(state).dump(-1, ' ', false, json::error_handler_t::replace));
+    WriteWhole(disk, FileIn(folder, wire::syncStateName), TextOfState(state));
+}
+
+std::optional<wire::Manifest> ReadSyncedManifest(const fs::path& folder, const std::string& revision)
+{
+    std::ifstream stream(FileIn(folder, wire::syncManifestName), std::ios::binary);
+    if (!stream)
+        return std::nullopt;
+    const std::string bytes((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
+    auto decoded = wire::DecodeManifest(bytes);
+    auto* manifest = std::get_if<wire::Manifest>(&decoded);
+    if (manifest == nullptr || wire::ToHex(wire::RootOf(*manifest)) != revision)
+        return std::nullopt;
+    return std::move(*manifest);
+}
+
+void WriteAttempt(Disk& disk, const fs::path& folder, const SyncState& state, const wire::Manifest& manifest)
+{
+    WriteWhole(disk, FileIn(folder, wire::attemptManifestName), wire::EncodeManifest(manifest));
+    WriteWhole(disk, FileIn(folder, wire::attemptStateName), TextOfState(state));
+}
+
+bool AdoptAttempt(Disk& disk, const fs::path& folder, const std::string& head)
+{
+    const auto attempt = ReadState(FileIn(folder, wire::attemptStateName));
+    if (!attempt || attempt->revision != head)
+        return false;
+    std::error_code missing;
+    if (const auto manifest = FileIn(folder, wire::attemptManifestName); fs::exists(manifest, missing))
+        disk.move(manifest, FileIn(folder, wire::syncManifestName));
+    disk.move(FileIn(folder, wire::attemptStateName), FileIn(folder, wire::syncStateName));
+    return true;
+}
+
+FileStamp DatabaseStamp(const fs::path& folder)
+{
+    // In this order: an edit goes from the log into the file, so it shows in one of the two.
+    const auto file = DatabaseIn(folder);
+    const bool hasLog = HasLog(file);
+    return hasLog ? FileStamp() : StampOf(file);
 }
 
 bool HasChanged(const fs::path& folder, SyncState& state)

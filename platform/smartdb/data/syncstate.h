@@ -45,8 +45,30 @@ struct SyncState {
 /// The memory of a folder that holds exactly the files of `manifest`. Throws Failure.
 [[nodiscard]] SyncState SyncStateOf(const std::filesystem::path& folder, const wire::Manifest& manifest);
 
-/// Replaces the file whole. Throws Failure.
+/// Remembers that the folder is equal to the server's revision `manifest`. Each file is replaced whole.
+/// Throws Failure.
+void WriteSynced(Disk& disk, const std::filesystem::path& folder, const SyncState& state,
+                 const wire::Manifest& manifest);
+
+/// Replaces the memory only: what looks different turned out to be the same. Throws Failure.
 void WriteSyncState(Disk& disk, const std::filesystem::path& folder, const SyncState& state);
+
+/// The files of the revision that the folder was last equal to; nothing when they are not known here, or not
+/// those of `revision`.
+[[nodiscard]] std::optional<wire::Manifest> ReadSyncedManifest(const std::filesystem::path& folder,
+                                                               const std::string& revision);
+
+/// Remembers what the folder will be equal to when the server takes the revision. Its answer may never
+/// arrive. Throws Failure.
+void WriteAttempt(Disk& disk, const std::filesystem::path& folder, const SyncState& state,
+                  const wire::Manifest& manifest);
+
+/// Makes an attempt the memory when it has become the server's revision `head`. True when it has. Throws
+/// Failure.
+bool AdoptAttempt(Disk& disk, const std::filesystem::path& folder, const std::string& head);
+
+/// The looks of a project's database, all zero while SQLite has changes beside it.
+[[nodiscard]] FileStamp DatabaseStamp(const std::filesystem::path& folder);
 
 /// Whether anything in the folder differs from the memory. Files that look different are read and compared;
 /// the looks of those that proved to be equal are brought up to date in `state`, so that they need not be

@@ -48,6 +48,12 @@ public:
     /// Renames a file, which may replace another, or a folder, which may not.
     virtual void move(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
 
+    /// Lets two folders change places, at once where the file system can do that.
+    virtual void exchange(const std::filesystem::path& one, const std::filesystem::path& other) = 0;
+
+    /// Gives a file a second name, or copies it where the file system knows no such thing.
+    virtual void link(const std::filesystem::path& file, const std::filesystem::path& to) = 0;
+
     /// Removes a file or a folder with all that is in it; a missing one is no failure.
     virtual void remove(const std::filesystem::path& path) = 0;
 

@@ -123,6 +123,24 @@ void MoveFolder(const fs::path& from, const fs::path& to)
         Fail("put into its place", to, errno);
 }
 
+void ExchangeFolders(const fs::path& one, const fs::path& other)
+{
+    if (::renameat2(AT_FDCWD, one.c_str(), AT_FDCWD, other.c_str(), RENAME_EXCHANGE) == 0)
+        return;
+    // On a file system that does not know the flag there is a moment without the one.
+    auto aside = other;
+    aside += ".aside";
+    if (errno != EINVAL || ::rename(one.c_str(), aside.c_str()) != 0)
+        Fail("put into its place", one, errno);
+    if (::rename(other.c_str(), one.c_str()) != 0) {
+        const int error = errno;
+        static_cast<void>(::rename(aside.c_str(), one.c_str()));
+        Fail("put into its place", one, error);
+    }
+    if (::rename(aside.c_str(), other.c_str()) != 0)
+        Fail("put into its place", other, errno);
+}
+
 class ThisDisk final : public Disk
 {
 public:
@@ -145,6 +163,18 @@ public:
             MoveFolder(from, to);
         else if (::rename(from.c_str(), to.c_str()) != 0)
             Fail("put into its place", to, errno);
+    }
+
+    void exchange(const fs::path& one, const fs::path& other) override { ExchangeFolders(one, other); }
+
+    void link(const fs::path& file, const fs::path& to) override
+    {
+        if (::link(file.c_str(), to.c_str()) == 0)
+            return;
+        std::error_code error;
+        fs::copy_file(file, to, error);
+        if (error)
+            Fail("copied", file, error.value());
     }
 
     void remove(const fs::path& path) override

@@ -156,6 +156,11 @@ void SideFolder::moveIn(const std::vector<std::string>& guids)
         m_disk->move(folderOf(guid), ProjectFolder(m_dataFolder, guid));
 }
 
+void SideFolder::exchange(const std::string& guid)
+{
+    m_disk->exchange(ProjectFolder(m_dataFolder, guid), folderOf(guid));
+}
+
 void SideFolder::takeOut(const std::vector<std::string>& guids)
 {
     WriteWhole(*m_disk, m_path / departuresFile, LinesOf(guids));

@@ -34,6 +34,10 @@ public:
     /// side folder when the process is killed.
     void moveIn(const std::vector<std::string>& guids);
 
+    /// Puts a project from the side folder into the place of the one in the data folder, which then lies in
+    /// the side folder. Calling it again takes that back.
+    void exchange(const std::string& guid);
+
     /// Moves projects from the data folder into the side folder, where they go with it. Once begun it will be
     /// finished, by the next side folder when the process is killed.
     void takeOut(const std::vector<std::string>& guids);

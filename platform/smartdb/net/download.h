@@ -29,15 +29,13 @@ public:
     /// here already stay as they are. Throws Failure; then nothing of it is visible.
     void run(const std::string& guid, bool withModels);
 
-    /// Fetches those models of a project that is here which are not. Throws Failure.
-    void complete(const std::string& guid);
+    /// Fetches those models of the project in a folder, wherever that is, which are not here. Throws Failure.
+    void runModelsOf(const std::filesystem::path& projectFolder);
 
 private:
     void fetch(const std::string& guid);
     [[nodiscard]] std::vector<std::string> missingModels(const std::filesystem::path& projectFolder) const;
     void moveIn();
-    [[nodiscard]] wire::Digest fetchHead(const std::string& guid);
-    [[nodiscard]] wire::Manifest fetchManifest(const std::string& guid, const wire::Digest& root);
     void fetchFiles(const std::string& guid, const wire::Manifest& manifest);
     void keepUnreadable(const std::string& guid);
 

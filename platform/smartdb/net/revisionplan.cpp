@@ -7,20 +7,39 @@
 namespace ZRSmartDB
 {
 
-std::vector<Batch> PlanBatches(const wire::Manifest& manifest, std::uint64_t bytes)
+Batch AllRuns(const wire::Manifest& manifest)
+{
+    Batch runs;
+    for (std::uint32_t file = 0; file < manifest.files.size(); ++file) {
+        const auto count = static_cast<std::uint32_t>(manifest.files[file].pieces.size());
+        if (count > 0)
+            runs.push_back({file, 0, count});
+    }
+    return runs;
+}
+
+std::uint64_t BytesOf(const wire::Manifest& manifest)
+{
+    std::uint64_t bytes = 0;
+    for (const auto& file : manifest.files)
+        bytes += file.size;
+    return bytes;
+}
+
+std::vector<Batch> PlanBatches(const wire::Manifest& manifest, const Batch& runs, std::uint64_t bytes)
 {
     std::vector<Batch> batches;
     std::uint64_t left = 0;
-    for (std::uint32_t file = 0; file < manifest.files.size(); ++file) {
-        const auto& pieces = manifest.files[file].pieces;
-        for (std::uint32_t first = 0; first < pieces.size();) {
+    for (auto rest : runs) {
+        const auto& pieces = manifest.files[rest.file].pieces;
+        while (rest.count > 0) {
             if (left == 0) {
                 batches.emplace_back();
                 left = bytes;
             }
-            wire::PieceRun run{file, first, 0};
-            for (; first < pieces.size() && left > 0; ++first, ++run.count)
-                left -= std::min<std::uint64_t>(left, pieces[first].size);
+            wire::PieceRun run{rest.file, rest.first, 0};
+            for (; rest.count > 0 && left > 0; ++rest.first, --rest.count, ++run.count)
+                left -= std::min<std::uint64_t>(left, pieces[rest.first].size);
             batches.back().push_back(run);
         }
     }

@@ -12,8 +12,18 @@ namespace ZRSmartDB
 /// Pieces that one request asks for, in the order of the revision.
 using Batch = std::vector<wire::PieceRun>;
 
-/// Cuts all pieces of a revision into batches of about `bytes` bytes, over the borders of files.
-[[nodiscard]] std::vector<Batch> PlanBatches(const wire::Manifest& manifest, std::uint64_t bytes);
+/// A request for more would keep too much in memory while it is under way.
+inline constexpr std::uint64_t batchBytes = 16U << 20U;
+
+/// All pieces of a revision, a run for each file that has any.
+[[nodiscard]] Batch AllRuns(const wire::Manifest& manifest);
+
+/// The bytes of all files of a revision.
+[[nodiscard]] std::uint64_t BytesOf(const wire::Manifest& manifest);
+
+/// Cuts runs of pieces into batches of about `bytes` bytes, over the borders of files.
+[[nodiscard]] std::vector<Batch> PlanBatches(const wire::Manifest& manifest, const Batch& runs,
+                                             std::uint64_t bytes);
 
 /// What is left of a batch when its first `count` pieces are there.
 [[nodiscard]] Batch BatchAfter(const Batch& batch, std::uint32_t count);

@@ -52,6 +52,23 @@ public:
     /// What is known has become old: the next question asks the server.
     void expire();
 
+    /// Makes what is known old when it goes: after an operation that has changed something on the server,
+    /// however it ended.
+    class Expiry
+    {
+    public:
+        explicit Expiry(StateTable& table)
+            : m_table(table)
+        {
+        }
+        Expiry(const Expiry&) = delete;
+        Expiry& operator=(const Expiry&) = delete;
+        ~Expiry() { m_table.expire(); }
+
+    private:
+        StateTable& m_table;
+    };
+
     /// What is known belongs to somebody else and does not count any more. Begins to ask at once, so that the
     /// first question finds an answer.
     void startAnew();

@@ -9,6 +9,11 @@
 #include <QJsonObject>
 #include <QThread>
 
+#ifdef __linux__
+#include <csignal>
+#include <sys/prctl.h>
+#endif
+
 namespace
 {
 
@@ -21,13 +26,30 @@ QString Text(const std::string& text)
 
 } // namespace
 
-RealServer::RealServer(const QString& program)
+void BoundProcess::setupChildProcess()
+{
+#ifdef __linux__
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+#endif
+}
+
+RealServer::RealServer(const QString& program, const QStringList& options)
     : m_program(program)
+    , m_options(options)
 {
     addAccount("wang", "secret");
+    start();
+    m_token = newToken("wang", "secret");
+}
+
+void RealServer::start()
+{
     const QString portFile = m_folder.filePath("port");
-    m_process.setProcessChannelMode(QProcess::MergedChannels);
-    m_process.start(program, {"--data", m_folder.path(), "--listen", "127.0.0.1:0", "--port-file", portFile});
+    QFile::remove(portFile);
+    m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    m_process.start(m_program,
+                    QStringList{"--data", m_folder.path(), "--listen", m_listen, "--port-file", portFile} +
+                        m_options);
     QElapsedTimer timer;
     timer.start();
     while (!QFile::exists(portFile) && timer.elapsed() < startMilliseconds)
@@ -35,16 +57,18 @@ RealServer::RealServer(const QString& program)
     QFile file(portFile);
     if (!file.open(QIODevice::ReadOnly))
         throw std::runtime_error("the server has not started");
-    m_address = "http://127.0.0.1:" + file.readAll().trimmed().toStdString();
+    m_listen = "127.0.0.1:" + file.readAll().trimmed();
+    m_address = "http://" + m_listen.toStdString();
+}
 
-    const auto reply = logIn("wang", "secret");
-    m_token = QJsonDocument::fromJson(QByteArray::fromStdString(reply.body))
-                  .object()
-                  .value("token")
-                  .toString()
-                  .toStdString();
-    if (m_token.empty())
+std::string RealServer::newToken(const std::string& account, const std::string& password) const
+{
+    const auto reply = logIn(account, password);
+    const auto answer = QJsonDocument::fromJson(QByteArray::fromStdString(reply.body)).object();
+    const auto token = answer.value("token").toString().toStdString();
+    if (token.empty())
         throw std::runtime_error("no login: " + reply.fault.msg);
+    return token;
 }
 
 void RealServer::addAccount(const QString& account, const QString& password) const

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "realserver.h"
+#include "smalldisk.h"
 
 #include "ZRSmartDB/zrdbnetaccess.h"
 #include "concurrency/task.h"
@@ -36,52 +37,6 @@ std::string BytesOf(const fs::path& file)
     std::ifstream stream(file, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
-
-/// A disk that is full after some bytes.
-class SmallDisk final : public Disk
-{
-public:
-    explicit SmallDisk(std::uint64_t bytes)
-        : m_bytes(bytes)
-    {
-    }
-
-    void makeFolder(const fs::path& folder) override { m_disk->makeFolder(folder); }
-    std::unique_ptr<OutputFile> create(const fs::path& file, std::uint32_t mode) override
-    {
-        return std::make_unique<File>(m_disk->create(file, mode), m_bytes);
-    }
-    void move(const fs::path& from, const fs::path& to) override { m_disk->move(from, to); }
-    void remove(const fs::path& path) override { m_disk->remove(path); }
-    std::uint64_t room(const fs::path& folder) override { return m_disk->room(folder); }
-    std::unique_ptr<FolderLock> tryLock(const fs::path& folder) override { return m_disk->tryLock(folder); }
-
-private:
-    class File final : public OutputFile
-    {
-    public:
-        File(std::unique_ptr<OutputFile> file, std::uint64_t& bytes)
-            : m_file(std::move(file))
-            , m_bytes(bytes)
-        {
-        }
-        void write(std::span<const std::byte> bytes) override
-        {
-            if (bytes.size() > m_bytes)
-                throw Failure(localcode::diskFull, "the disk is full");
-            m_bytes -= bytes.size();
-            m_file->write(bytes);
-        }
-        void close() override { m_file->close(); }
-
-    private:
-        std::unique_ptr<OutputFile> m_file;
-        std::uint64_t& m_bytes;
-    };
-
-    std::shared_ptr<Disk> m_disk = LocalDisk();
-    std::uint64_t m_bytes;
-};
 
 } // namespace
 

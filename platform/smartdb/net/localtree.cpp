@@ -1,0 +1,195 @@
+// SPDX-License-Identifier: MIT
+#include "smartdb/net/localtree.h"
+
+#include "smartdb/data/projectfile.h"
+#include "smartdb/failure.h"
+#include "smartdb/text.h"
+#include "wire/cutting.h"
+#include "wire/projectfolder.h"
+
+#include <algorithm>
+#include <fstream>
+
+namespace ZRSmartDB
+{
+
+namespace
+{
+
+namespace fs = std::filesystem;
+
+constexpr int attempts = 3;
+
+bool IsSameLook(const FileStamp& left, const FileStamp& right)
+{
+    return left.size == right.size && left.modified == right.modified && left.identity == right.identity;
+}
+
+} // namespace
+
+/// What is known of the files from the last equality.
+struct LocalTree::Known {
+    explicit Known(const std::optional<SyncState>& state, const wire::Manifest* base)
+    {
+        if (!state || base == nullptr)
+            return;
+        for (const auto& file : base->files) {
+            entries.emplace(wire::ToHex(file.content), &file);
+            if (file.path == wire::projectDatabaseName)
+                databaseEntry = &file;
+        }
+        for (const auto& file : state->files)
+            stamps.emplace(file.stamp.identity, &file);
+        changeCounter = state->changeCounter;
+        database = state->database;
+    }
+
+    /// The entry of a file that looks like one of those, under whatever name: a renamed file is not read.
+    [[nodiscard]] const wire::FileEntry* find(const FileStamp& stamp) const
+    {
+        const auto file = stamps.find(stamp.identity);
+        if (file == stamps.end() || !LooksUnchanged(file->second->stamp, stamp))
+            return nullptr;
+        const auto entry = entries.find(file->second->content);
+        return entry != entries.end() ? entry->second : nullptr;
+    }
+
+    [[nodiscard]] const wire::FileEntry* findDatabase(const FileStamp& stamp) const
+    {
+        return LooksUnchanged(database, stamp) ? databaseEntry : nullptr;
+    }
+
+    std::unordered_map<std::string, const wire::FileEntry*> entries; ///< by content
+    std::unordered_map<std::uint64_t, const SyncedFile*> stamps;     ///< by identity
+    const wire::FileEntry* databaseEntry = nullptr;
+    std::int64_t changeCounter = 0;
+    FileStamp database;
+};
+
+LocalTree::LocalTree(fs::path folder, fs::path scratch)
+    : m_folder(std::move(folder))
+    , m_scratch(std::move(scratch))
+{
+    const auto noted = ReadSyncState(m_folder);
+    if (noted) {
+        m_baseRevision = noted->revision;
+        m_base = ReadSyncedManifest(m_folder, noted->revision);
+    }
+    const Known known(noted, baseFiles());
+    std::vector<std::string> paths;
+    try {
+        paths = wire::ProjectFiles(m_folder);
+    } catch (const fs::filesystem_error& error) {
+        throw Failure(localcode::cannotWrite, m_folder.string() + " cannot be read: " + error.what());
+    }
+    for (const auto& path : paths)
+        describe(path, known);
+    if (const auto refusal = wire::ManifestRefusal(m_manifest); !refusal.empty())
+        throw Failure(localcode::badInput, "the project cannot be sent: " + refusal);
+    m_state.revision = wire::ToHex(wire::RootOf(m_manifest));
+}
+
+LocalTree::~LocalTree() = default;
+
+void LocalTree::describe(const std::string& path, const Known& known)
+{
+    const bool isProject = path == wire::projectDatabaseName;
+    const auto file = m_folder / PathOfUtf8(path);
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        // Looked at before it is read: a change from then on will show.
+        const auto stamp = isProject ? DatabaseStamp(m_folder) : StampOf(file);
+        const auto* entry = isProject ? known.findDatabase(stamp) : known.find(stamp);
+        if (entry != nullptr) {
+            m_manifest.files.push_back(*entry);
+            m_manifest.files.back().path = path;
+            if (isProject)
+                m_state.changeCounter = known.changeCounter;
+        } else {
+            m_manifest.files.push_back(cut(path));
+        }
+        const bool isSnapshot = m_snapshots.contains(path);
+        if (isProject && isSnapshot)
+            m_state.changeCounter = ProjectFile::readChangeCounterOf(m_snapshots.at(path)->file());
+        const auto after = isProject ? DatabaseStamp(m_folder) : StampOf(file);
+        if (isSnapshot || IsSameLook(stamp, after)) {
+            if (isProject)
+                m_state.database = stamp;
+            else
+                m_state.files.push_back({path, stamp, wire::ToHex(m_manifest.files.back().content)});
+            return;
+        }
+        m_manifest.files.pop_back();
+    }
+    throw Failure(localcode::cannotWrite, file.string() + " is being changed all the time");
+}
+
+wire::FileEntry LocalTree::cut(const std::string& path)
+{
+    if (const auto refusal = wire::PathRefusal(path); !refusal.empty())
+        throw Failure(localcode::badInput, path + " cannot be sent: " + refusal);
+    auto file = m_folder / PathOfUtf8(path);
+    if (wire::IsDatabaseFile(file)) {
+        const auto copy = m_scratch / ("snapshot-" + std::to_string(m_snapshots.size()));
+        auto snapshot = std::make_unique<wire::Snapshot>(file, copy);
+        if (!snapshot->refusal().empty())
+            throw Failure(localcode::cannotWrite, snapshot->refusal());
+        file = snapshot->file();
+        m_snapshots[path] = std::move(snapshot);
+    }
+    auto entry = wire::CutFile(file, path, [](const wire::Piece&, std::span<const std::byte>) {});
+    if (const auto* refusal = std::get_if<wire::Refusal>(&entry))
+        throw Failure(localcode::cannotWrite, refusal->reason);
+    return std::get<wire::FileEntry>(std::move(entry));
+}
+
+fs::path LocalTree::source(std::size_t file) const
+{
+    const auto& path = m_manifest.files[file].path;
+    const auto snapshot = m_snapshots.find(path);
+    return snapshot != m_snapshots.end() ? snapshot->second->file() : m_folder / PathOfUtf8(path);
+}
+
+class PieceReader::File
+{
+public:
+    explicit File(const fs::path& path)
+        : m_stream(path, std::ios::binary)
+    {
+    }
+
+    bool read(std::uint64_t offset, std::span<std::byte> bytes)
+    {
+        if (offset != m_offset) {
+            m_stream.clear();
+            m_stream.seekg(static_cast<std::streamoff>(offset));
+        }
+        m_stream.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+        m_offset = offset + bytes.size();
+        return static_cast<bool>(m_stream);
+    }
+
+private:
+    std::ifstream m_stream;
+    std::uint64_t m_offset = 0;
+};
+
+PieceReader::PieceReader(const LocalTree& tree)
+    : m_tree(tree)
+{
+}
+
+PieceReader::~PieceReader() = default;
+
+std::optional<std::span<const std::byte>> PieceReader::read(const PiecePlace& place)
+{
+    if (place.file != m_index) {
+        m_file = std::make_unique<File>(m_tree.source(place.file));
+        m_index = place.file;
+    }
+    m_bytes.resize(place.size);
+    if (!m_file->read(place.offset, m_bytes) || wire::DigestOf(m_bytes) != place.name)
+        return std::nullopt;
+    return m_bytes;
+}
+
+} // namespace ZRSmartDB
