@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "server/storage/sqlitestore.h"
+
+#include <unordered_map>
+
+#include <SQLiteCpp/SQLiteCpp.h>
+
+namespace server
+{
+
+/// How long an operation waits for those of other connections.
+inline constexpr int busyMilliseconds = 10000;
+
+inline void BindDigest(SQLite::Statement& statement, int index, const wire::Digest& digest)
+{
+    statement.bind(index, static_cast<const void*>(digest.bytes.data()),
+                   static_cast<int>(digest.bytes.size()));
+}
+
+inline void BindBlob(SQLite::Statement& statement, int index, const std::string& bytes)
+{
+    statement.bind(index, static_cast<const void*>(bytes.data()), static_cast<int>(bytes.size()));
+}
+
+inline void BindId(SQLite::Statement& statement, int index, const std::optional<std::int64_t>& id)
+{
+    if (id)
+        statement.bind(index, *id);
+    else
+        statement.bind(index);
+}
+
+inline std::optional<std::int64_t> IdAt(SQLite::Statement& statement, int index)
+{
+    if (statement.isColumnNull(index))
+        return std::nullopt;
+    return statement.getColumn(index).getInt64();
+}
+
+/// A connection with its prepared statements. For one thread at a time.
+class SqliteStore::Connection
+{
+public:
+    explicit Connection(const std::filesystem::path& file)
+        : database(file.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE, busyMilliseconds)
+    {
+        database.exec("PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL; PRAGMA foreign_keys=ON;");
+    }
+
+    /// A statement ready to be bound; made once for each text.
+    SQLite::Statement& prepare(const char* text)
+    {
+        auto& statement = m_statements[text];
+        if (!statement)
+            statement = std::make_unique<SQLite::Statement>(database, text);
+        statement->tryReset();
+        statement->clearBindings();
+        return *statement;
+    }
+
+    void countChange() { prepare("UPDATE counters SET value = value + 1 WHERE name = 'changes'").exec(); }
+
+    SQLite::Database database;
+
+private:
+    std::unordered_map<std::string, std::unique_ptr<SQLite::Statement>> m_statements;
+};
+
+/// A connection while one operation uses it. No statement stays in the middle of its rows when it goes back:
+/// that would keep an old snapshot of the database alive.
+class SqliteStore::Lease
+{
+public:
+    Lease(SqliteStore& store, std::unique_ptr<Connection> connection)
+        : m_store(store)
+        , m_connection(std::move(connection))
+    {
+    }
+    Lease(const Lease&) = delete;
+    Lease& operator=(const Lease&) = delete;
+    ~Lease()
+    {
+        if (m_used != nullptr)
+            m_used->tryReset();
+        const std::lock_guard lock(m_store.m_mutex);
+        m_store.m_free.push_back(std::move(m_connection));
+    }
+
+    SQLite::Statement& prepare(const char* text)
+    {
+        if (m_used != nullptr)
+            m_used->tryReset();
+        m_used = &m_connection->prepare(text);
+        return *m_used;
+    }
+    SQLite::Database& database() { return m_connection->database; }
+    void countChange() { m_connection->countChange(); }
+
+private:
+    SqliteStore& m_store;
+    std::unique_ptr<Connection> m_connection;
+    SQLite::Statement* m_used = nullptr;
+};
+
+} // namespace server
