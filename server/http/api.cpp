@@ -106,6 +106,8 @@ Reply Api::routeProject(const Request& request, const Session& session)
     const auto& [known, state] = *found;
     if (path.size() == 2)
         return request.method == "GET" ? project(known, state) : WrongMethod();
+    if (path.size() == 3 && path[2] == "name")
+        return request.method == "PUT" ? rename(request, session, path[1]) : WrongMethod();
     if (path.size() > 3 && path[2] == "files") {
         std::string file = path[3];
         for (std::size_t i = 4; i < path.size(); ++i)

@@ -42,6 +42,7 @@ private:
     [[nodiscard]] Reply organisation(const Session& session);
     [[nodiscard]] Reply uploadPermission(const std::string& application);
     [[nodiscard]] Reply project(const Project& project, const ProjectState& state);
+    [[nodiscard]] Reply rename(const Request& request, const Session& session, const std::string& guid);
     [[nodiscard]] Reply projectFile(const ProjectState& state, const std::string& path);
     [[nodiscard]] Reply manifest(const Request& request, const std::string& guid, const std::string& root);
     [[nodiscard]] Reply pieces(const Request& request, const std::string& guid, const std::string& root);

@@ -35,7 +35,9 @@ public:
     [[nodiscard]] std::vector<ProjectState> visibleStates(std::int64_t account) override;
     [[nodiscard]] std::optional<std::pair<Project, ProjectState>>
     findProject(std::int64_t account, const std::string& guid) override;
+    [[nodiscard]] bool mayChange(std::int64_t account, const std::string& guid) override;
     void putProject(const Project& project) override;
+    void setName(const std::string& guid, const std::string& name) override;
     void setStatus(const std::string& guid, ProjectStatus status) override;
     [[nodiscard]] std::optional<Revision> findRevision(const std::string& guid,
                                                        const wire::Digest& root) override;

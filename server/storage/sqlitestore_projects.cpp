@@ -99,6 +99,19 @@ std::optional<std::pair<Project, ProjectState>> SqliteStore::findProject(std::in
     return std::pair(ProjectOf(row), std::move(state));
 }
 
+bool SqliteStore::mayChange(std::int64_t account, const std::string& guid)
+{
+    // A model belongs to whoever its building project belongs to.
+    auto connection = lease();
+    auto& row = connection.prepare(
+        "SELECT 1 FROM projects p JOIN projects b ON b.guid = iif(p.parent = '', p.guid, p.parent) "
+        "JOIN accounts a ON a.id = ?1 WHERE p.guid = ?2 AND "
+        "(b.owner = a.id OR b.organisation = a.organisation)");
+    row.bind(1, account);
+    row.bind(2, guid);
+    return row.executeStep();
+}
+
 void SqliteStore::putProject(const Project& project)
 {
     auto connection = lease();
@@ -118,6 +131,18 @@ void SqliteStore::putProject(const Project& project)
     put.bind(7, project.isDemo ? 1 : 0);
     put.bind(8, project.parent);
     put.exec();
+    connection.countChange();
+    transaction.commit();
+}
+
+void SqliteStore::setName(const std::string& guid, const std::string& name)
+{
+    auto connection = lease();
+    SQLite::Transaction transaction(connection.database(), SQLite::TransactionBehavior::IMMEDIATE);
+    auto& update = connection.prepare("UPDATE projects SET name = ? WHERE guid = ?");
+    update.bind(1, name);
+    update.bind(2, guid);
+    update.exec();
     connection.countChange();
     transaction.commit();
 }

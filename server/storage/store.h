@@ -115,7 +115,10 @@ public:
     /// A project and its state when the account sees it.
     [[nodiscard]] virtual std::optional<std::pair<Project, ProjectState>>
     findProject(std::int64_t account, const std::string& guid) = 0;
+    /// Whether an account may change a project: its owner, and everybody of its organisation.
+    [[nodiscard]] virtual bool mayChange(std::int64_t account, const std::string& guid) = 0;
     virtual void putProject(const Project& project) = 0;
+    virtual void setName(const std::string& guid, const std::string& name) = 0;
     virtual void setStatus(const std::string& guid, ProjectStatus status) = 0;
 
     // Revisions
