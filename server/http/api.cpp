@@ -42,22 +42,27 @@ Api::Api(Store& store, const std::filesystem::path& packs, std::chrono::seconds 
     , m_packs(packs)
     , m_lists(store)
     , m_revisions(store)
+    , m_pages(store, m_revisions, m_packs)
     , m_tokenLife(tokenLife)
 {
 }
 
 bool Api::isQuick(const Request& request)
 {
+    if (request.isForPage)
+        return WebPages::isQuick(request);
     return request.path.size() == 1 && request.path.front() == "health";
 }
 
 Reply Api::answer(const Request& request)
 {
     try {
-        return route(request);
+        return request.isForPage ? m_pages.answer(request) : route(request);
     } catch (const std::exception& exception) {
         std::cerr << request.method << " failed: " << exception.what() << '\n';
-        return ErrorReply(500, code::serverError, "the server cannot answer at the moment");
+        return request.isForPage
+                   ? m_pages.failure(request)
+                   : ErrorReply(500, code::serverError, "the server cannot answer at the moment");
     }
 }
 
@@ -85,6 +90,8 @@ Reply Api::routeWithSession(const Request& request, const Session& session)
         return this->session(request, session);
     if (path.size() == 1 && path[0] == "organisation")
         return request.method == "GET" ? organisation(session) : WrongMethod();
+    if (path.size() == 1 && path[0] == "tickets")
+        return request.method == "POST" ? ticket(request) : WrongMethod();
     if (path.size() == 3 && path[0] == "applications" && path[2] == "upload")
         return request.method == "GET" ? uploadPermission(path[1]) : WrongMethod();
     if (path[0] == "projects")

@@ -7,6 +7,7 @@
 #include "server/projects/revisioncache.h"
 #include "server/storage/packs.h"
 #include "server/storage/store.h"
+#include "server/web/webpages.h"
 
 #include <chrono>
 #include <filesystem>
@@ -40,18 +41,19 @@ private:
     [[nodiscard]] Reply login(const Request& request);
     [[nodiscard]] Reply session(const Request& request, const Session& session);
     [[nodiscard]] Reply organisation(const Session& session);
+    [[nodiscard]] Reply ticket(const Request& request);
     [[nodiscard]] Reply uploadPermission(const std::string& application);
     [[nodiscard]] Reply project(const Project& project, const ProjectState& state);
     [[nodiscard]] Reply rename(const Request& request, const Session& session, const std::string& guid);
     [[nodiscard]] Reply projectFile(const ProjectState& state, const std::string& path);
     [[nodiscard]] Reply manifest(const Request& request, const std::string& guid, const std::string& root);
     [[nodiscard]] Reply pieces(const Request& request, const std::string& guid, const std::string& root);
-    [[nodiscard]] std::string fileBytes(const LoadedRevision& revision, std::size_t file);
 
     Store& m_store;
     PackReader m_packs;
     ProjectLists m_lists;
     RevisionCache m_revisions;
+    WebPages m_pages;
     LoginGuard m_guard;
     std::chrono::seconds m_tokenLife;
 };

@@ -32,8 +32,20 @@ CREATE TABLE counters(name TEXT PRIMARY KEY, value INTEGER NOT NULL);
 INSERT INTO counters VALUES('changes', 1);
 )";
 
+/// Tickets and browsers end with the session that they came from, whatever ends that.
+constexpr const char* browsers = R"(
+CREATE TABLE tickets(name BLOB PRIMARY KEY, session BLOB NOT NULL REFERENCES sessions(token) ON DELETE CASCADE,
+    expires INTEGER NOT NULL, is_used INTEGER NOT NULL DEFAULT 0) WITHOUT ROWID;
+CREATE INDEX tickets_by_session ON tickets(session);
+CREATE TABLE browsers(cookie BLOB PRIMARY KEY, session BLOB NOT NULL REFERENCES sessions(token) ON DELETE CASCADE,
+    expires INTEGER NOT NULL) WITHOUT ROWID;
+CREATE INDEX browsers_by_session ON browsers(session);
+ALTER TABLE projects ADD COLUMN revised INTEGER NOT NULL DEFAULT 0;
+UPDATE projects SET revised = coalesce((SELECT max(made) FROM revisions r WHERE r.guid = projects.guid), 0);
+)";
+
 /// What each version added to the one before it; a step that has been released stays as it is.
-constexpr std::array steps{accountsAndProjects};
+constexpr std::array steps{accountsAndProjects, browsers};
 
 } // namespace
 

@@ -26,6 +26,10 @@ public:
     void addSession(const wire::Digest& token, std::int64_t account, std::int64_t expires) override;
     [[nodiscard]] std::optional<Session> findSession(const wire::Digest& token, std::int64_t now) override;
     void removeSession(const wire::Digest& token) override;
+    void addTicket(const wire::Digest& ticket, const wire::Digest& session, std::int64_t expires) override;
+    [[nodiscard]] TicketUse useTicket(const wire::Digest& ticket, std::int64_t now,
+                                      const wire::Digest& cookie, std::int64_t cookieExpires) override;
+    [[nodiscard]] std::optional<Session> findBrowser(const wire::Digest& cookie, std::int64_t now) override;
     std::int64_t putOrganisation(const std::string& name, const std::string& tree) override;
     [[nodiscard]] std::string organisationTree(std::int64_t account) override;
     void putApplication(const std::string& id, bool mayUpload, const std::string& reason) override;

@@ -67,7 +67,7 @@ std::vector<Project> SqliteStore::visibleProjects(std::int64_t account)
 std::vector<ProjectState> SqliteStore::visibleStates(std::int64_t account)
 {
     static const std::string text = std::string("WITH seen AS (") + visible +
-                                    ") SELECT guid, status, head FROM projects "
+                                    ") SELECT guid, status, head, revised FROM projects "
                                     "WHERE guid IN seen OR (parent <> '' AND parent IN seen)";
     auto connection = lease();
     auto& row = connection.prepare(text.c_str());
@@ -75,7 +75,7 @@ std::vector<ProjectState> SqliteStore::visibleStates(std::int64_t account)
     std::vector<ProjectState> states;
     while (row.executeStep())
         states.push_back({row.getColumn(0).getString(), StatusOf(row.getColumn(1).getInt()),
-                          row.getColumn(2).getString()});
+                          row.getColumn(2).getString(), row.getColumn(3).getInt64()});
     return states;
 }
 
@@ -86,7 +86,7 @@ std::optional<std::pair<Project, ProjectState>> SqliteStore::findProject(std::in
     auto connection = lease();
     auto& row = connection.prepare(
         "SELECT p.guid, p.type, p.name, p.record, p.owner, p.organisation, p.is_demo, p.parent, p.status, "
-        "p.head "
+        "p.head, p.revised "
         "FROM projects p LEFT JOIN projects m ON m.guid = p.parent JOIN accounts a ON a.id = ?1 WHERE p.guid "
         "= ?2 AND "
         "(coalesce(m.owner, p.owner) = a.id OR coalesce(m.organisation, p.organisation) = a.organisation "
@@ -95,7 +95,8 @@ std::optional<std::pair<Project, ProjectState>> SqliteStore::findProject(std::in
     row.bind(2, guid);
     if (!row.executeStep())
         return std::nullopt;
-    ProjectState state{guid, StatusOf(row.getColumn(8).getInt()), row.getColumn(9).getString()};
+    ProjectState state{guid, StatusOf(row.getColumn(8).getInt()), row.getColumn(9).getString(),
+                       row.getColumn(10).getInt64()};
     return std::pair(ProjectOf(row), std::move(state));
 }
 

@@ -56,7 +56,8 @@ void SqliteStore::commitRevision(const std::string& guid, const Revision& revisi
     BindBlob(insert, 3, revision.manifest);
     BindBlob(insert, 4, revision.layout);
     insert.exec();
-    auto& update = connection.prepare("UPDATE projects SET head = ?, status = 1 WHERE guid = ?");
+    auto& update =
+        connection.prepare("UPDATE projects SET head = ?, status = 1, revised = unixepoch() WHERE guid = ?");
     update.bind(1, wire::ToHex(revision.root));
     update.bind(2, guid);
     update.exec();
