@@ -69,7 +69,10 @@ Reply PageReply(unsigned status, const PageFrame& frame, std::string_view conten
     else
         reply.body += "<a href=\"" + root + "console\">Torvo 控制台</a><span class=\"who\"><bdi>" +
                       Escaped(frame.loginName) + "</bdi></span>";
-    reply.body += "</header>\n<main>\n<h1><bdi>" + Escaped(frame.title) + "</bdi></h1>\n";
+    reply.body += "</header>\n<main>\n";
+    if (frame.isBelowConsole)
+        reply.body += "<p class=\"back\"><a href=\"" + root + "console\">返回工程列表</a></p>\n";
+    reply.body += "<h1><bdi>" + Escaped(frame.title) + "</bdi></h1>\n";
     reply.body += content;
     reply.body += "</main>\n</body>\n</html>\n";
     reply.headers.emplace_back("Cache-Control", "no-store");

@@ -12,8 +12,9 @@ namespace server
 /// What surrounds the content of every page. Texts are given as they are and escaped here.
 struct PageFrame {
     std::string title;
-    std::string loginName; ///< empty for a page that anybody may see
-    std::size_t depth = 0; ///< folders between /web and the page
+    std::string loginName;       ///< empty for a page that anybody may see
+    std::size_t depth = 0;       ///< folders between /web and the page
+    bool isBelowConsole = false; ///< a link leads back to the list
 };
 
 /// A whole page around `content`, which is HTML, with the headers that keep it to this server.

@@ -72,7 +72,8 @@ Reply ProjectPage(const Session& session, const Project& project, const ProjectS
     content += "</dl>\n</div>\n";
     const PageFrame frame{.title = project.name.empty() ? project.guid : project.name,
                           .loginName = session.loginName,
-                          .depth = 1};
+                          .depth = 1,
+                          .isBelowConsole = true};
     return PageReply(200, frame, content);
 }
 

@@ -1,11 +1,16 @@
 "use strict";
 
-// Times come in UTC; people want their own.
+// Times come in UTC; people want their own. A narrow table breaks them between day and hour, never within.
 function showOwnTimes() {
     const format = new Intl.DateTimeFormat("sv-SE", { dateStyle: "short", timeStyle: "short" });
     for (const element of document.querySelectorAll("time")) {
+        const parts = format.format(new Date(element.dateTime)).split(" ").map(text => {
+            const part = document.createElement("span");
+            part.textContent = text;
+            return part;
+        });
         element.title = element.textContent;
-        element.textContent = format.format(new Date(element.dateTime));
+        element.replaceChildren(parts[0], " ", parts[1]);
     }
 }
 
