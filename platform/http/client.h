@@ -64,6 +64,8 @@ public:
 
     /// The server's address, for example "http://127.0.0.1:8480". False when it is none.
     [[nodiscard]] bool setServer(const std::string& address);
+    /// The server's address without a slash at its end; empty before the first one.
+    [[nodiscard]] std::string server() const { return settings().server; }
     void setToken(const std::string& token);
     void setCookies(const std::string& cookies);
     void setLimits(const Limits& limits);

@@ -43,22 +43,27 @@ Api::Api(Store& store, const std::filesystem::path& packs, const Times& times)
     , m_lists(store)
     , m_revisions(store)
     , m_uploads(store, m_revisions, packs, times.uploadLease)
+    , m_pages(store, m_revisions, m_packs)
     , m_tokenLife(times.tokenLife)
 {
 }
 
 bool Api::isQuick(const Request& request)
 {
+    if (request.isForPage)
+        return WebPages::isQuick(request);
     return request.path.size() == 1 && request.path.front() == "health";
 }
 
 Reply Api::answer(const Request& request)
 {
     try {
-        return route(request);
+        return request.isForPage ? m_pages.answer(request) : route(request);
     } catch (const std::exception& exception) {
         std::cerr << request.method << " failed: " << exception.what() << '\n';
-        return ErrorReply(500, code::serverError, "the server cannot answer at the moment");
+        return request.isForPage
+                   ? m_pages.failure(request)
+                   : ErrorReply(500, code::serverError, "the server cannot answer at the moment");
     }
 }
 
@@ -113,6 +118,8 @@ Reply Api::routeWithSession(const Request& request, const Session& session)
         return this->session(request, session);
     if (path.size() == 1 && path[0] == "organisation")
         return request.method == "GET" ? organisation(session) : WrongMethod();
+    if (path.size() == 1 && path[0] == "tickets")
+        return request.method == "POST" ? ticket(request) : WrongMethod();
     if (path.size() == 3 && path[0] == "applications" && path[2] == "upload")
         return request.method == "GET" ? uploadPermission(path[1]) : WrongMethod();
     if (path[0] == "projects")
@@ -138,6 +145,8 @@ Reply Api::routeProject(const Request& request, const Session& session)
     const auto& [known, state] = *found;
     if (path.size() == 2)
         return request.method == "GET" ? project(known, state) : WrongMethod();
+    if (path.size() == 3 && path[2] == "name")
+        return request.method == "PUT" ? rename(request, session, path[1]) : WrongMethod();
     if (path.size() > 3 && path[2] == "files") {
         std::string file = path[3];
         for (std::size_t i = 4; i < path.size(); ++i)

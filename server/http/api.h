@@ -8,6 +8,7 @@
 #include "server/projects/uploads.h"
 #include "server/storage/packs.h"
 #include "server/storage/store.h"
+#include "server/web/webpages.h"
 
 #include <chrono>
 #include <filesystem>
@@ -53,8 +54,10 @@ private:
     [[nodiscard]] Reply login(const Request& request);
     [[nodiscard]] Reply session(const Request& request, const Session& session);
     [[nodiscard]] Reply organisation(const Session& session);
+    [[nodiscard]] Reply ticket(const Request& request);
     [[nodiscard]] Reply uploadPermission(const std::string& application);
     [[nodiscard]] Reply project(const Project& project, const ProjectState& state);
+    [[nodiscard]] Reply rename(const Request& request, const Session& session, const std::string& guid);
     [[nodiscard]] Reply projectFile(const ProjectState& state, const std::string& path);
     [[nodiscard]] Reply manifest(const Request& request, const std::string& guid, const std::string& root);
     [[nodiscard]] Reply manifestDelta(const std::string& guid, const std::string& root,
@@ -67,13 +70,13 @@ private:
     [[nodiscard]] Reply commitUpload(const std::string& guid, const std::string& id);
     [[nodiscard]] Reply abandonUpload(const std::string& guid, const std::string& id);
     [[nodiscard]] std::optional<Session> sessionOf(const Request& request);
-    [[nodiscard]] std::string fileBytes(const LoadedRevision& revision, std::size_t file);
 
     Store& m_store;
     PackReader m_packs;
     ProjectLists m_lists;
     RevisionCache m_revisions;
     Uploads m_uploads;
+    WebPages m_pages;
     LoginGuard m_guard;
     std::chrono::seconds m_tokenLife;
 };

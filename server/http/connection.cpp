@@ -45,7 +45,17 @@ Request RequestOf(const http::request<http::string_body>& message, bool& isValid
 {
     Request request;
     request.method = Text(message.method_string());
-    request.path = ApiPath(Text(message.target()), isValid);
+    const std::string target = Text(message.target());
+    request.path = PathBehind("/api/v1/", target, isValid);
+    if (!isValid) {
+        request.path = PathBehind("/web/", target, isValid);
+        request.isForPage = isValid;
+    }
+    const auto query = target.find('?');
+    if (query != std::string::npos)
+        request.query = target.substr(query + 1);
+    request.cookie = Text(message[http::field::cookie]);
+    request.isEncrypted = message["X-Forwarded-Proto"] == "https";
     request.authorization = Text(message[http::field::authorization]);
     request.ifNoneMatch = Text(message[http::field::if_none_match]);
     request.acceptEncoding = Text(message[http::field::accept_encoding]);

@@ -74,9 +74,8 @@ Reply ErrorReply(unsigned status, int code, std::string_view msg)
     return JsonReply(status, error.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
 }
 
-std::vector<std::string> ApiPath(std::string_view target, bool& isValid)
+std::vector<std::string> PathBehind(std::string_view prefix, std::string_view target, bool& isValid)
 {
-    constexpr std::string_view prefix = "/api/v1/";
     isValid = target.starts_with(prefix);
     if (!isValid)
         return {};

@@ -16,7 +16,11 @@ namespace server
 /// A request, taken apart as far as the API needs it.
 struct Request {
     std::string method;
-    std::vector<std::string> path; ///< the decoded names behind /api/v1
+    std::vector<std::string> path; ///< the decoded names behind /api/v1, or behind /web
+    bool isForPage = false;        ///< it went to /web: a person reads the answer
+    std::string query;             ///< behind the "?", as it came
+    std::string cookie;
+    bool isEncrypted = false; ///< between browser and proxy
     std::string authorization;
     std::string ifNoneMatch;
     std::string acceptEncoding;
@@ -62,8 +66,9 @@ inline constexpr int diskFull = 50700;
 [[nodiscard]] Reply JsonReply(unsigned status, std::string body);
 [[nodiscard]] Reply ErrorReply(unsigned status, int code, std::string_view msg);
 
-/// Splits and decodes the path of a request target; nothing when it is malformed or does not start with
-/// /api/v1.
-[[nodiscard]] std::vector<std::string> ApiPath(std::string_view target, bool& isValid);
+/// Splits and decodes what stands behind `prefix` in the path of a request target; nothing when it is
+/// malformed or does not start with that. The prefix ends with a slash.
+[[nodiscard]] std::vector<std::string> PathBehind(std::string_view prefix, std::string_view target,
+                                                  bool& isValid);
 
 } // namespace server

@@ -2,19 +2,15 @@
 #pragma once
 
 #include "server/storage/sqlitestore.h"
-#include "wire/digest.h"
 
-#include <memory>
-#include <optional>
-#include <string>
 #include <unordered_map>
-#include <utility>
 
 #include <SQLiteCpp/SQLiteCpp.h>
 
 namespace server
 {
 
+/// How long an operation waits for those of other connections.
 inline constexpr int busyMilliseconds = 10000;
 
 inline void BindDigest(SQLite::Statement& statement, int index, const wire::Digest& digest)
@@ -36,7 +32,7 @@ inline void BindId(SQLite::Statement& statement, int index, const std::optional<
         statement.bind(index);
 }
 
-[[nodiscard]] inline std::optional<std::int64_t> IdAt(SQLite::Statement& statement, int index)
+inline std::optional<std::int64_t> IdAt(SQLite::Statement& statement, int index)
 {
     if (statement.isColumnNull(index))
         return std::nullopt;
@@ -107,5 +103,9 @@ private:
     std::unique_ptr<Connection> m_connection;
     SQLite::Statement* m_used = nullptr;
 };
+
+/// Whether a project belongs to the account or to its organisation. Who may see a demonstration project may
+/// not change it; a model belongs to whoever its building project belongs to.
+[[nodiscard]] bool MayChange(SqliteStore::Lease& connection, std::int64_t account, const std::string& guid);
 
 } // namespace server

@@ -26,6 +26,10 @@ public:
     void addSession(const wire::Digest& token, std::int64_t account, std::int64_t expires) override;
     [[nodiscard]] std::optional<Session> findSession(const wire::Digest& token, std::int64_t now) override;
     void removeSession(const wire::Digest& token) override;
+    void addTicket(const wire::Digest& ticket, const wire::Digest& session, std::int64_t expires) override;
+    [[nodiscard]] TicketUse useTicket(const wire::Digest& ticket, std::int64_t now,
+                                      const wire::Digest& cookie, std::int64_t cookieExpires) override;
+    [[nodiscard]] std::optional<Session> findBrowser(const wire::Digest& cookie, std::int64_t now) override;
     std::int64_t putOrganisation(const std::string& name, const std::string& tree) override;
     [[nodiscard]] std::string organisationTree(std::int64_t account) override;
     void putApplication(const std::string& id, bool mayUpload, const std::string& reason) override;
@@ -35,7 +39,9 @@ public:
     [[nodiscard]] std::vector<ProjectState> visibleStates(std::int64_t account) override;
     [[nodiscard]] std::optional<std::pair<Project, ProjectState>>
     findProject(std::int64_t account, const std::string& guid) override;
+    [[nodiscard]] bool mayChange(std::int64_t account, const std::string& guid) override;
     void putProject(const Project& project) override;
+    void setName(const std::string& guid, const std::string& name) override;
     void setStatus(const std::string& guid, ProjectStatus status) override;
     [[nodiscard]] std::optional<Revision> findRevision(const std::string& guid,
                                                        const wire::Digest& root) override;

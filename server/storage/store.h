@@ -61,7 +61,8 @@ enum class ProjectStatus { uploadFailed = -1, uploading = 0, normal = 1, convert
 struct ProjectState {
     std::string guid;
     ProjectStatus status = ProjectStatus::normal;
-    std::string head; ///< name of the newest revision, empty before the first
+    std::string head;         ///< name of the newest revision, empty before the first
+    std::int64_t revised = 0; ///< when that became the newest, seconds since 1970; 0 before the first
 };
 
 struct Revision {
@@ -90,6 +91,8 @@ enum class UploadAnswer {
 
 /// What the store remembers of one piece.
 using StoredPiece = std::pair<wire::Digest, PieceLocation>;
+/// What became of a ticket.
+enum class TicketUse { good, usedBefore, expired, unknown };
 
 /// What the server remembers. Every operation is whole or not at all, may be called on any thread, waits for
 /// the database and throws std::exception when that fails.
@@ -111,6 +114,18 @@ public:
     /// The session of a token; nothing when there is none or when it has expired at `now`.
     [[nodiscard]] virtual std::optional<Session> findSession(const wire::Digest& token, std::int64_t now) = 0;
     virtual void removeSession(const wire::Digest& token) = 0;
+
+    // Browsers
+
+    /// Remembers a ticket that lets one browser in as the session `session`, until `expires`.
+    virtual void addTicket(const wire::Digest& ticket, const wire::Digest& session, std::int64_t expires) = 0;
+    /// Uses a ticket up at `now`. A good one lets the browser with the cookie `cookie` in, until
+    /// `cookieExpires` and for as long as the session lasts.
+    [[nodiscard]] virtual TicketUse useTicket(const wire::Digest& ticket, std::int64_t now,
+                                              const wire::Digest& cookie, std::int64_t cookieExpires) = 0;
+    /// The session of a browser; nothing when it was not let in or when that has ended at `now`.
+    [[nodiscard]] virtual std::optional<Session> findBrowser(const wire::Digest& cookie,
+                                                             std::int64_t now) = 0;
 
     // Organisations
 
@@ -137,7 +152,10 @@ public:
     /// A project and its state when the account sees it.
     [[nodiscard]] virtual std::optional<std::pair<Project, ProjectState>>
     findProject(std::int64_t account, const std::string& guid) = 0;
+    /// Whether an account may change a project: its owner, and everybody of its organisation.
+    [[nodiscard]] virtual bool mayChange(std::int64_t account, const std::string& guid) = 0;
     virtual void putProject(const Project& project) = 0;
+    virtual void setName(const std::string& guid, const std::string& name) = 0;
     virtual void setStatus(const std::string& guid, ProjectStatus status) = 0;
 
     // Revisions

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "server/storage/sqliteconnection.h"
-#include "server/storage/sqlitestore.h"
 
 // Revisions, pieces and uploads.
 
@@ -19,18 +18,6 @@ struct Standing {
 };
 
 constexpr int convertingStatus = static_cast<int>(ProjectStatus::converting);
-
-bool MayWrite(SqliteStore::Lease& connection, std::int64_t account, const std::string& guid)
-{
-    // Who may see a demonstration project may not change it; a model belongs to whom its project belongs.
-    auto& row = connection.prepare(
-        "SELECT 1 FROM projects p LEFT JOIN projects m ON m.guid = p.parent JOIN accounts a ON a.id = ?1 "
-        "WHERE p.guid = ?2 AND (coalesce(m.owner, p.owner) = a.id "
-        "OR coalesce(m.organisation, p.organisation) = a.organisation)");
-    row.bind(1, account);
-    row.bind(2, guid);
-    return row.executeStep();
-}
 
 std::optional<Standing> StandingOf(SqliteStore::Lease& connection, const UploadLease& lease)
 {
@@ -99,7 +86,8 @@ void InsertRevision(SqliteStore::Lease& connection, const std::string& guid, con
     BindBlob(insert, 3, revision.manifest);
     BindBlob(insert, 4, revision.layout);
     insert.exec();
-    auto& update = connection.prepare("UPDATE projects SET head = ?, status = 1 WHERE guid = ?");
+    auto& update =
+        connection.prepare("UPDATE projects SET head = ?, status = 1, revised = unixepoch() WHERE guid = ?");
     update.bind(1, wire::ToHex(revision.root));
     update.bind(2, guid);
     update.exec();
@@ -184,10 +172,10 @@ UploadAnswer SqliteStore::beginUpload(const UploadLease& lease, const Project& p
     auto connection = this->lease();
     SQLite::Transaction transaction(connection.database(), SQLite::TransactionBehavior::IMMEDIATE);
     const auto standing = StandingOf(connection, lease);
-    if (standing && !MayWrite(connection, project.owner, lease.guid))
+    if (standing && !MayChange(connection, project.owner, lease.guid))
         return UploadAnswer::notAllowed;
     if (!project.parent.empty() && StandingOf(connection, {project.parent, {}, {}, 0}) &&
-        !MayWrite(connection, project.owner, project.parent))
+        !MayChange(connection, project.owner, project.parent))
         return UploadAnswer::notAllowed;
     if (standing && standing->status == convertingStatus)
         return UploadAnswer::converting;
