@@ -4,6 +4,8 @@
 #include "wire/bytes.h"
 #include "wire/syncplan.h"
 
+#include <unordered_set>
+
 namespace wire
 {
 
