@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ZRSmartDB/zrdbnetaccess.h"
+#include "peers/nginx.h"
 #include "ratio.h"
 #include "realserver.h"
 #include "smartdb/data/projectfile.h"
@@ -11,13 +12,8 @@
 #include <vector>
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QProcess>
-#include <QTcpServer>
 #include <QTemporaryDir>
-#include <QThread>
-
-#include <unistd.h>
 
 // The download of a 1 GiB project from the project server, against curl fetching the same bytes from nginx
 // into a file. The download runs in a process of its own, this program once more, so that its memory can be
@@ -38,17 +34,6 @@ ZRSmartFormat::SZRFTGuid Key()
     return ZRSmartFormat::GuidFromText(std::wstring(guid.begin(), guid.end()));
 }
 
-/// The most memory that a process has had resident, in bytes.
-double PeakMemoryOf(qint64 process)
-{
-    std::ifstream status("/proc/" + std::to_string(process) + "/status");
-    for (std::string line; std::getline(status, line);) {
-        if (line.starts_with("VmHWM:"))
-            return std::stod(line.substr(6)) * 1024;
-    }
-    return 0;
-}
-
 /// The child's part: one download into a folder. Says its seconds and its memory.
 int Download(const QStringList& arguments)
 {
@@ -60,7 +45,7 @@ int Download(const QStringList& arguments)
     bool isDone = false;
     const double seconds =
         bench::SecondsOf([&] { isDone = database.DownLoadProj(Key(), arguments.at(3).toStdWString()); });
-    std::printf("%f %f\n", seconds, PeakMemoryOf(QCoreApplication::applicationPid()));
+    std::printf("%f %f\n", seconds, bench::PeakMemoryOf(QCoreApplication::applicationPid()));
     return isDone ? 0 : 1;
 }
 
@@ -82,58 +67,6 @@ void MakeProject(const fs::path& folder)
     }
 }
 
-int FreePort()
-{
-    QTcpServer server;
-    server.listen(QHostAddress::LocalHost);
-    return server.serverPort();
-}
-
-/// nginx over a folder.
-class Nginx
-{
-public:
-    explicit Nginx(const fs::path& folder)
-        : m_port(FreePort())
-    {
-        const QString file = m_folder.filePath("nginx.conf");
-        QFile config(file);
-        if (!config.open(QIODevice::WriteOnly))
-            qFatal("no configuration for nginx");
-        config.write(QStringLiteral(
-                         "daemon off; pid %1/pid; error_log %1/log; worker_processes 2;\n"
-                         "%4 events {}\n"
-                         "http { access_log off; sendfile on; client_body_temp_path %1; proxy_temp_path %1;\n"
-                         "fastcgi_temp_path %1; uwsgi_temp_path %1; scgi_temp_path %1;\n"
-                         "server { listen 127.0.0.1:%2; root %3; } }\n")
-                         .arg(m_folder.path())
-                         .arg(m_port)
-                         .arg(QString::fromStdString(folder.string()))
-                         .arg(::geteuid() == 0 ? "user root;" : "")
-                         .toUtf8());
-        config.close();
-        m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_process.start("nginx", {"-c", file});
-        m_process.waitForStarted();
-        QThread::msleep(500);
-    }
-    ~Nginx()
-    {
-        m_process.terminate();
-        m_process.waitForFinished();
-    }
-
-    [[nodiscard]] QString url(const QString& name) const
-    {
-        return QStringLiteral("http://127.0.0.1:%1/%2").arg(m_port).arg(name);
-    }
-
-private:
-    int m_port;
-    QTemporaryDir m_folder;
-    QProcess m_process;
-};
-
 } // namespace
 
 int main(int argumentCount, char** arguments)
@@ -147,7 +80,7 @@ int main(int argumentCount, char** arguments)
     MakeProject(folder);
     RealServer server(TORVO_SERVER);
     server.publish(guid, "MODEL", folder);
-    const Nginx nginx(folder);
+    const bench::Nginx nginx(folder);
 
     std::vector<double> ours;
     std::vector<double> theirs;
@@ -174,7 +107,7 @@ int main(int argumentCount, char** arguments)
         if (fs::file_size(file.toStdString()) != size)
             qFatal("curl has fetched something else");
     }
-    const double serverMemory = PeakMemoryOf(server.process());
+    const double serverMemory = bench::PeakMemoryOf(server.process());
     std::fprintf(stderr, "ours %.2f s, curl %.2f s (medians of %d); client %.0f MiB, server %.0f MiB\n",
                  bench::MedianOf(ours), bench::MedianOf(theirs), runs, clientMemory / 1048576,
                  serverMemory / 1048576);
