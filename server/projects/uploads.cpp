@@ -22,7 +22,7 @@ using Reason = UploadRefused::Reason;
 
 /// What has arrived is made known so often: enough that an interruption costs little, seldom enough that the
 /// disk is not waited for all the time.
-constexpr std::uint64_t syncBytes = 64U << 20U;
+constexpr std::uint64_t syncBytes = 256U << 20U;
 
 [[noreturn]] void RefuseGone()
 {

@@ -87,6 +87,7 @@ public:
 private:
     /// Opens the first pack from `m_pack` on that has room and no other writer.
     void openNext();
+    void writeBuffer();
     void close();
 
     std::filesystem::path m_folder;
