@@ -92,7 +92,7 @@ std::optional<Session> Api::sessionOf(const Request& request)
 bool Api::mayBeLarge(const Request& request)
 {
     const auto& path = request.path;
-    if (path.size() != 3 || path[0] != "projects" || path[2] != "uploads")
+    if (request.isForPage || path.size() != 3 || path[0] != "projects" || path[2] != "uploads")
         return false;
     try {
         return sessionOf(request).has_value();

@@ -26,7 +26,7 @@ Reply Api::project(const Project& project, const ProjectState& state)
 
 Reply Api::projectFile(const ProjectState& state, const std::string& path)
 {
-    const auto missing = ErrorReply(404, code::missing, "there is no such file");
+    auto missing = ErrorReply(404, code::missing, "there is no such file");
     const auto root = wire::DigestFromHex(state.head);
     const auto revision = root ? m_revisions.find(state.guid, *root) : nullptr;
     if (!revision)

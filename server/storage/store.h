@@ -91,6 +91,7 @@ enum class UploadAnswer {
 
 /// What the store remembers of one piece.
 using StoredPiece = std::pair<wire::Digest, PieceLocation>;
+
 /// What became of a ticket.
 enum class TicketUse { good, usedBefore, expired, unknown };
 

@@ -79,7 +79,7 @@ std::string Grouped(std::uint64_t number)
 std::string BytesText(std::uint64_t bytes)
 {
     constexpr std::array<const char*, 4> units{"KB", "MB", "GB", "TB"};
-    const std::string exact = Grouped(bytes) + " 字节";
+    std::string exact = Grouped(bytes) + " 字节";
     if (bytes < 1024)
         return exact;
     double amount = static_cast<double>(bytes) / 1024;

@@ -18,7 +18,7 @@ namespace
 {
 
 constexpr std::string_view cookieName = "torvo_browser";
-constexpr std::int64_t browserSeconds = 12 * 3600;
+constexpr std::int64_t browserSeconds = 12L * 3600;
 constexpr std::uint64_t largestPicture = 16U << 20U;
 
 /// The value of `name` in a list like "a=1; b=2".

@@ -37,7 +37,7 @@ std::string AnsweringServer::addAccount(const std::string& name, std::optional<s
     const auto id = m_store.addAccount(account);
     if (!id)
         throw std::runtime_error("there is an account of that name already");
-    const auto token = server::MakeToken();
+    auto token = server::MakeToken();
     m_store.addSession(server::TokenName(token), *id, std::time(nullptr) + hour);
     return token;
 }

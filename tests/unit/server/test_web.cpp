@@ -47,6 +47,7 @@ private slots:
     void withoutACookieNothingIsShown_data();
     void withoutACookieNothingIsShown();
     void cookieIsFoundAmongOthers();
+    void pageIsSentNothingLarge();
 
 private:
     std::unique_ptr<PageServer> m_server;
@@ -281,6 +282,17 @@ void TestWeb::withoutACookieNothingIsShown()
 void TestWeb::cookieIsFoundAmongOthers()
 {
     QCOMPARE(m_server->open({"console"}, {}, "a=1; " + m_server->browserOf(m_owner) + "; b=2").status, 200U);
+}
+
+void TestWeb::pageIsSentNothingLarge()
+{
+    server::Request request;
+    request.method = "POST";
+    request.path = {"projects", guid, "uploads"};
+    request.authorization = "Bearer " + m_owner;
+    QVERIFY(m_server->api().mayBeLarge(request));
+    request.isForPage = true;
+    QVERIFY(!m_server->api().mayBeLarge(request));
 }
 
 QTEST_GUILESS_MAIN(TestWeb)
