@@ -29,7 +29,7 @@ namespace http = boost::beast::http;
 constexpr std::uint32_t largestHeader = 16U << 10U;
 constexpr std::uint64_t largestBody = 4U << 20U;
 constexpr std::uint64_t largestMessage = 64U << 20U;
-constexpr std::size_t largestRead = 64U << 10U;
+constexpr std::size_t largestRead = 256U << 10U;
 constexpr std::size_t pumpSize = 4U << 20U;
 constexpr std::chrono::seconds idleTime(75); ///< for the next request to arrive, with its header
 constexpr std::chrono::seconds bodyTime(60);
@@ -41,6 +41,7 @@ std::string Text(boost::string_view text)
     return {text.data(), text.size()};
 }
 
+/// Everything but the body.
 Request RequestOf(const http::request<http::string_body>& message, bool& isValid)
 {
     Request request;
@@ -59,7 +60,6 @@ Request RequestOf(const http::request<http::string_body>& message, bool& isValid
     request.authorization = Text(message[http::field::authorization]);
     request.ifNoneMatch = Text(message[http::field::if_none_match]);
     request.acceptEncoding = Text(message[http::field::accept_encoding]);
-    request.body = message.body();
     return request;
 }
 
@@ -144,6 +144,9 @@ net::awaitable<bool> Connection::serveOne()
         co_await askWhetherLarge(parser.get(), isLarge);
         if (!isLarge)
             parser.body_limit(largestBody);
+        // The parser reads as much as the buffer holds at the moment, which is little at first.
+        if (parser.content_length().value_or(0) > largestRead)
+            m_buffer.reserve(largestRead);
         allow(bodyTime);
         co_await http::async_read(m_socket, m_buffer, parser, net::redirect_error(net::use_awaitable, error));
     }
@@ -154,9 +157,10 @@ net::awaitable<bool> Connection::serveOne()
         }
         co_return false;
     }
-    const auto& message = parser.get();
+    auto& message = parser.get();
     bool isValid = false;
-    const Request request = RequestOf(message, isValid);
+    Request request = RequestOf(message, isValid);
+    request.body = std::move(message.body());
     const bool keepAlive = message.keep_alive();
     const bool withBody = message.method() != http::verb::head;
     allow(answerTime);
