@@ -15,6 +15,14 @@ bool RunJob(CProjectMgr& projectMgr, int jobType, const QString& guid)
     switch (jobType) {
     case CAsyncWorker::Download:
         return projectMgr.DownLoadProj(guid);
+    case CAsyncWorker::Upload:
+        return projectMgr.UploadProject(guid, false);
+    case CAsyncWorker::ForcedUpload:
+        return projectMgr.UploadProject(guid, true);
+    case CAsyncWorker::Update:
+        return projectMgr.UpdateProject(guid);
+    case CAsyncWorker::Upgrade:
+        return projectMgr.UpgradeProject(guid);
     default:
         return false;
     }

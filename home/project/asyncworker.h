@@ -16,7 +16,7 @@ class CAsyncWorker : public QThread
 
 public:
     /// The operations; any other number runs nothing and reports a failure.
-    enum JobType { Download = 0 };
+    enum JobType { Download = 0, Upload = 1, ForcedUpload = 2, Update = 3, Upgrade = 4 };
 
     CAsyncWorker(int jobType, const QString& guid);
 

@@ -5,14 +5,10 @@
 #include "TorvoSDK/torvosdkplugin.h"
 #include "ZRSmartDB/zrdatabase.h"
 #include "ZRSmartDB/zrdbdirector.h"
-#include "ZRSmartDB/zrproject.h"
 #include "core/homeapp.h"
 #include "project/guidtext.h"
-#include "project/localprojectinfomgr.h"
 
 #include <QCoreApplication>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 namespace TorvoEditor
 {
@@ -73,43 +69,6 @@ TorvoSDK::SServerProjectRecord CProjectMgr::GetServerProject(const QString& guid
 QString CProjectMgr::GetProjectImagePath(const QString& guid) const
 {
     return m_dataPath + QStringLiteral("/proj_") + guid + QStringLiteral("/projimage.jpg");
-}
-
-bool CProjectMgr::RemoveLocalData(const QString& guid)
-{
-    if (m_projectDB == nullptr)
-        return false;
-    auto* localProjects = CHomeApp::instance().GetMgr<CLocalProjectInfoMgr>();
-    const auto subProjects = localProjects->GetSubProjects(guid);
-    for (const auto& subProject : subProjects) {
-        static_cast<void>(m_projectDB->OpenProject(KeyOf(subProject), std::wstring()));
-        m_projectDB->RemoveSubProj(KeyOf(subProject));
-    }
-    static_cast<void>(m_projectDB->OpenProject(KeyOf(guid), std::wstring()));
-    m_projectDB->DeleteProj(KeyOf(guid));
-    localProjects->RemoveProject(guid);
-    return true;
-}
-
-void CProjectMgr::NotifyProjectRemoved(const QString& guid)
-{
-    ProjectHost()->RemoveProjectRecord(guid.toStdWString());
-}
-
-void CProjectMgr::GetProjExtAttrs(ZRSmartDB::IZRProject* project, QMap<QString, QString>& attributes) const
-{
-    if (project == nullptr)
-        return;
-    TorvoSDK::SOrgNode scratch;
-    const bool hasOrganisation = ProjectHost()->GetOrgTree(scratch);
-    const auto text = QString::fromStdWString(project->GetAttr(L"Pa_ExtendedAttr"));
-    const auto document = QJsonDocument::fromJson(text.toUtf8());
-    if (document.isNull())
-        return;
-    const auto keys = hasOrganisation ? QStringList{QStringLiteral("deptId"), QStringLiteral("deptName")}
-                                      : QStringList{QStringLiteral("appID"), QStringLiteral("appName")};
-    for (const auto& key : keys)
-        attributes[key] = document.object().value(key).toString();
 }
 
 QString CProjectMgr::GetLastError() const

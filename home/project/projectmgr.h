@@ -5,6 +5,7 @@
 #include "core/mgrobj.h"
 
 #include <memory>
+#include <string>
 #include <vector>
 
 #include <QHash>
@@ -24,6 +25,8 @@ class IZRProject;
 namespace TorvoEditor
 {
 
+struct SProjectInfoRecord;
+
 /// The server's own view of a project.
 enum ServerProjState {
     SS_Normal = 0,       ///< the project is on the server
@@ -36,7 +39,7 @@ enum ServerProjState {
 /// The one place that talks to the project database about projects: state, server queries, long operations.
 ///
 /// Status queries, region queries and DownloadProjFile wait for the server on the calling thread.
-/// DownLoadProj runs on a worker. Everything else is for the GUI thread.
+/// The long operations run on a worker. Everything else is for the GUI thread.
 class CProjectMgr : public QObject, public IMgrObj
 {
     Q_OBJECT
@@ -70,13 +73,31 @@ public:
     /// The server's record of a project; one with an empty guid when the server's list does not have it.
     [[nodiscard]] TorvoSDK::SServerProjectRecord GetServerProject(const QString& guid) const;
     [[nodiscard]] QString GetProjectImagePath(const QString& guid) const;
+    /// Makes a new project on this machine, saves it and tells the host. Null when the database makes none.
+    [[nodiscard]] ZRSmartDB::IZRProject* CreateProject(const SProjectInfoRecord& record);
+    /// Saves what was changed in all open projects.
+    bool CommitProject();
     /// Deletes the local data of a project and of the projects that it links to, and takes it from the local
     /// list.
     bool RemoveLocalData(const QString& guid);
     /// Tells the host that a project is gone from this machine.
     void NotifyProjectRemoved(const QString& guid);
+    /// Gives what the objects of a project carry as text, by the object's guid, and closes the project. False
+    /// when it cannot be opened.
+    [[nodiscard]] bool GetSubProjNames(const QString& guid, QMap<QString, QString>& names);
+    /// The text of a new unique key, upper case.
+    [[nodiscard]] static std::wstring NewGuid();
+
+    // What a project says of itself. No project is no error.
+
+    /// Gives the six fields of the administrative region. False when the project is no scene or has none.
+    bool ReadBelongsRegion(const ZRSmartDB::IZRProject* project, SProjectInfoRecord& record) const;
+    /// Writes them; scenes only.
+    void WriteBelongsRegion(ZRSmartDB::IZRProject* project, const SProjectInfoRecord& record);
     /// Adds the department, or the application, of a project to `attributes`.
-    void GetProjExtAttrs(ZRSmartDB::IZRProject* project, QMap<QString, QString>& attributes) const;
+    void GetProjExtAttrs(const ZRSmartDB::IZRProject* project, QMap<QString, QString>& attributes) const;
+    /// Writes the department; only for an account with an organisation.
+    void WriteExtendedAttr(ZRSmartDB::IZRProject* project, const QMap<QString, QString>& attributes);
 
     // Server queries
 
@@ -94,11 +115,19 @@ public:
     /// The database's reason of its last failure, JSON text or empty.
     [[nodiscard]] QString GetLastError() const;
 
-    // Long operations, on a worker thread
+    // Long operations, on a worker thread. Each ends at the first failure; what was done before stays done.
 
     /// Fetches a project with all that belongs to it and enters it in the local list. What arrived before a
     /// failure stays; the caller cleans up.
     [[nodiscard]] bool DownLoadProj(const QString& guid);
+    /// Sends a project that is open, and after it those of a scene's sub projects that are new or changed
+    /// here. `force` goes over what the server has. Emits afterUpload on every way out.
+    [[nodiscard]] bool UploadProject(const QString& guid, const bool& force);
+    /// Brings a scene's sub projects, then the changed building projects that it refers to, then the project
+    /// itself to the server's version.
+    [[nodiscard]] bool UpdateProject(const QString& guid);
+    /// Brings a project and its sub projects to the current format, after the server's version of each.
+    [[nodiscard]] bool UpgradeProject(const QString& guid);
 
     // Rows of the project tree
 
@@ -121,6 +150,11 @@ private:
     [[nodiscard]] bool readProjStatus(const QString& guid, int& state);
     [[nodiscard]] bool readServerProjStatus(const QString& guid, int& state);
     [[nodiscard]] bool DownLoadBimProj(ZRSmartDB::IZRDatabase& database, const QString& guid);
+    [[nodiscard]] bool uploadSubProjects(const QString& guid, const QString& name, const bool& force);
+    [[nodiscard]] bool updateSubProjects(const QString& guid);
+    [[nodiscard]] bool updateBimProjects(const QString& guid);
+    [[nodiscard]] bool upgradeOne(const QString& guid);
+    void fillNewProject(ZRSmartDB::IZRProject& project, const SProjectInfoRecord& record);
     [[nodiscard]] QSet<QString> bimSet(const QString& guid) const;
     [[nodiscard]] bool hasUpdatedBimProject(const QString& guid);
 

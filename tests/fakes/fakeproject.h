@@ -19,7 +19,7 @@ public:
 
     [[nodiscard]] ZRSmartFormat::SZRFTGuid GetGuid() const override { return m_guid; }
     [[nodiscard]] ZRSmartFormat::SZRFTGuid GetLinkedProj() const override { return m_linkedProj; }
-    void SetObjectText(const std::wstring& text) override { m_text = text; }
+    void SetObjectText(const std::wstring& text) override;
     [[nodiscard]] std::wstring GetObjectText() const override { return m_text; }
 
 private:
@@ -29,26 +29,27 @@ private:
 };
 
 /// A project in memory. What a test sets before it hands the fake to the code under test, it sets through the
-/// same operations as everybody else.
+/// same operations as everybody else. Every change is written into the book of calls.
 class Project final : public ZRSmartDB::IZRProject
 {
 public:
-    Project(const ZRSmartFormat::SZRFTGuid& guid, const std::wstring& name, const std::wstring& type);
+    Project(const ZRSmartFormat::SZRFTGuid& guid, const std::wstring& name, const std::wstring& type,
+            const ZRIMGeometryModel::CZRIMPosition& position = {});
 
     [[nodiscard]] ZRSmartFormat::SZRFTGuid GetGuid() const override { return m_guid; }
     [[nodiscard]] ZRIMGeometryModel::CZRIMPosition GetPosition() const override { return m_position; }
-    void SetPosition(const ZRIMGeometryModel::CZRIMPosition& position) override { m_position = position; }
+    void SetPosition(const ZRIMGeometryModel::CZRIMPosition& position) override;
     [[nodiscard]] std::wstring GetName() const override { return m_name; }
-    void SetName(const std::wstring& name) override { m_name = name; }
+    void SetName(const std::wstring& name) override;
     [[nodiscard]] std::wstring GetType() const override { return m_type; }
-    void SetType(const std::wstring& type) override { m_type = type; }
-    void SetAttr(const std::wstring& key, const std::wstring& value) override { m_attributes[key] = value; }
+    void SetType(const std::wstring& type) override;
+    void SetAttr(const std::wstring& key, const std::wstring& value) override;
     [[nodiscard]] std::wstring GetAttr(const std::wstring& key) const override;
-    void SetIotCode(const std::wstring& code) override { m_iotCode = code; }
+    void SetIotCode(const std::wstring& code) override;
     [[nodiscard]] std::wstring GetIotCode() const override { return m_iotCode; }
-    void SetProj4(const std::wstring& parameters) override { m_proj4 = parameters; }
+    void SetProj4(const std::wstring& parameters) override;
     [[nodiscard]] std::wstring GetProj4() const override { return m_proj4; }
-    void SetTemplate(const std::wstring& text) override { m_template = text; }
+    void SetTemplate(const std::wstring& text) override;
     [[nodiscard]] std::wstring GetTemplate() const override { return m_template; }
     [[nodiscard]] std::wstring GetImagePath() const override { return imagePath; }
     /// The fake has no models.

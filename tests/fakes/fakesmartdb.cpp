@@ -3,6 +3,8 @@
 
 #include "fakes/calls.h"
 
+#include <stdexcept>
+
 namespace Fakes
 {
 
@@ -39,6 +41,7 @@ void SmartDB::reset()
     acceptsServer = true;
     hasDatabase = true;
     hasUpgrader = true;
+    canCreate = true;
     canSave = true;
     lastError.clear();
     net.forgetReplies();
@@ -102,12 +105,12 @@ ZRSmartDB::IZRProject* SmartDB::CreateProj(const Guid& guid, const std::wstring&
                                            const std::wstring& /*dataFolder*/)
 {
     const std::lock_guard lock(m_mutex);
-    Called("CreateProj", guid);
-    if (m_projects.contains(guid))
+    Fakes::Called(QStringLiteral("CreateProj(%1,%2,%3)")
+                      .arg(Text(guid), QString::fromStdWString(name), QString::fromStdWString(type)));
+    if (!canCreate || m_projects.contains(guid))
         return nullptr;
     auto& stored = m_projects[guid];
-    stored.project = std::make_unique<Project>(guid, name, type);
-    stored.project->SetPosition(position);
+    stored.project = std::make_unique<Project>(guid, name, type, position);
     stored.isOpen = true;
     return stored.project.get();
 }
@@ -216,7 +219,10 @@ bool SmartDB::UploadProj(const Guid& guid, const std::wstring& /*dataFolder*/, b
     const std::lock_guard lock(m_mutex);
     Fakes::Called(QStringLiteral("UploadProj(%1,%2)")
                       .arg(Text(guid), force ? QStringLiteral("force") : QStringLiteral("plain")));
-    return findLocal(guid) != nullptr;
+    const auto* stored = findLocal(guid);
+    if (stored != nullptr && stored->throwsOnUpload)
+        throw std::runtime_error("upload");
+    return stored != nullptr && stored->isUploadable;
 }
 
 void SmartDB::CloseProject(const Guid& guid)
@@ -240,7 +246,7 @@ bool SmartDB::Upgrade(const Guid& guid, const std::wstring& /*dataFolder*/)
     const std::lock_guard lock(m_mutex);
     Called("Upgrade", guid);
     auto* stored = findLocal(guid);
-    if (stored == nullptr)
+    if (stored == nullptr || !stored->isUpgradable)
         return false;
     stored->needsUpgrade = false;
     return true;

@@ -26,7 +26,10 @@ struct StoredProject {
     bool isLocal = true;                   ///< on this machine; DownLoadProj makes it so
     bool isOpen = false;                   ///< found by an empty path
     bool needsUpgrade = false;             ///< of an older format; it cannot be opened
-    bool isDownloadable = true;            ///< DownLoadProj succeeds
+    bool isDownloadable = true;            ///< DownLoadProj and UpdateProj succeed
+    bool isUploadable = true;              ///< UploadProj succeeds
+    bool throwsOnUpload = false;           ///< UploadProj throws a std::runtime_error
+    bool isUpgradable = true;              ///< Upgrade succeeds
     int state = -1;                        ///< what GetProjStatus gives; below 0 it fails
     std::map<Guid, std::wstring> assigned; ///< what GetAllAssignProj gives
     bool knowsAssigned = true;             ///< GetAllAssignProj succeeds
@@ -57,6 +60,7 @@ public:
     bool acceptsServer = true; ///< the answer of SetServer
     bool hasDatabase = true;   ///< GetDatabase gives null without
     bool hasUpgrader = true;   ///< GetUpgrader gives null without
+    bool canCreate = true;     ///< CreateProj gives null without
     bool canSave = true;       ///< the answer of SaveAll
     QString lastError;         ///< what GetLastError gives
     NetAccess net;

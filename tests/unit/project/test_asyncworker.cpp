@@ -4,6 +4,7 @@
 #include "fakes/logbook.h"
 #include "fakes/startedhome.h"
 #include "project/demodownloadworker.h"
+#include "project/projectmgr.h"
 
 #include <memory>
 
@@ -24,6 +25,9 @@ private slots:
 
     void downloadSucceedsWithAnEmptyReason();
     void failureCarriesTheLibrarysReason();
+    void jobRunsItsOperation_data();
+    void jobRunsItsOperation();
+    void endOfAnUploadArrivesOnTheThreadOfTheReceiver();
     void unknownJobReportsAFailure_data();
     void unknownJobReportsAFailure();
     void resultArrivesOnTheThreadOfTheReceiver();
@@ -76,6 +80,44 @@ void TestAsyncWorker::failureCarriesTheLibrarysReason()
     SmartDB::instance().lastError = R"({"code": 40014})";
     QCOMPARE(run(CAsyncWorker::Download, "unknown"),
              QList<QVariant>({"unknown", false, R"({"code": 40014})"}));
+}
+
+void TestAsyncWorker::jobRunsItsOperation_data()
+{
+    QTest::addColumn<int>("jobType");
+    QTest::addColumn<QString>("call");
+    QTest::newRow("0 downloads") << 0 << "DownLoadProj(a)";
+    QTest::newRow("1 uploads") << 1 << "UploadProj(a,plain)";
+    QTest::newRow("2 uploads by force") << 2 << "UploadProj(a,force)";
+    QTest::newRow("3 updates") << 3 << "UpdateProj(a)";
+    QTest::newRow("4 upgrades") << 4 << "Upgrade(a)";
+}
+
+void TestAsyncWorker::jobRunsItsOperation()
+{
+    QFETCH(int, jobType);
+    QFETCH(QString, call);
+    auto& stored = SmartDB::instance().add("a", "A", "CIM");
+    stored.needsUpgrade = true;
+    stored.state = 1;
+    QCOMPARE(run(jobType, "a"), QList<QVariant>({"a", true, ""}));
+    QCOMPARE(Fakes::CallsOf({"DownLoadProj", "UploadProj", "UpdateProj", "Upgrade"}), QStringList(call));
+}
+
+void TestAsyncWorker::endOfAnUploadArrivesOnTheThreadOfTheReceiver()
+{
+    SmartDB::instance().add("a", "A", "CIM");
+    auto* projects = CHomeApp::instance().GetMgr<CProjectMgr>();
+    QThread* emittedOn = nullptr;
+    QThread* arrivedOn = nullptr;
+    const QObject receiver;
+    connect(
+        projects, &CProjectMgr::afterUpload, &receiver, [&] { emittedOn = QThread::currentThread(); },
+        Qt::DirectConnection);
+    connect(projects, &CProjectMgr::afterUpload, &receiver, [&] { arrivedOn = QThread::currentThread(); });
+    QCOMPARE(run(CAsyncWorker::Upload, "a"), QList<QVariant>({"a", true, ""}));
+    QTRY_COMPARE(arrivedOn, thread());
+    QVERIFY(emittedOn != nullptr && emittedOn != thread());
 }
 
 void TestAsyncWorker::unknownJobReportsAFailure_data()
