@@ -13,6 +13,7 @@
 #include "tabs/tabmgr.h"
 #include "view/context/editorcontrol/editorcontrol.h"
 #include "view/context/editorcontrol/gridviewcontroller.h"
+#include "view/context/editorcontrol/infocardcontroller.h"
 
 #include <algorithm>
 
@@ -47,6 +48,7 @@ const std::vector<MgrRow>& MgrTable()
 {
     // clang-format off
     static const std::vector<MgrRow> table = {
+        Row<CInfoCardController>({5, 2}),
         Row<CGridViewController>({5, 5}),
         Row<CProjectMgr>({3, 1}),
         Row<CLocalProjectInfoMgr>({4, 1}),

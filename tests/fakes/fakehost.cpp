@@ -86,13 +86,16 @@ bool ProjectHost::GetOrgTree(TorvoSDK::SOrgNode& root)
 }
 
 void ProjectHost::NotifyUploaded(const TorvoSDK::SLocalProjectRecord& record,
-                                 const std::vector<std::wstring>& /*subProjects*/, bool success)
+                                 const std::vector<std::wstring>& subProjects, bool success)
 {
+    uploaded = record;
+    uploadedSubProjects = subProjects;
     Called(QStringLiteral("NotifyUploaded(%1,%2)").arg(Text(record.guid), Text(success)));
 }
 
 void ProjectHost::SetSubProjNames(const std::wstring& guid, const QMap<QString, QString>& names)
 {
+    uploadedNames = names;
     Called(QStringLiteral("SetSubProjNames(%1,%2)")
                .arg(Text(guid), QStringList(names.keys()).join(QLatin1Char(','))));
 }

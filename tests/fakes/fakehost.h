@@ -39,6 +39,11 @@ public:
     bool isServerReachable = true;
     std::optional<TorvoSDK::SOrgNode> organisation; ///< without one the account has none
 
+    /// What the last end of an upload was told with. GUI thread.
+    TorvoSDK::SLocalProjectRecord uploaded;
+    std::vector<std::wstring> uploadedSubProjects;
+    QMap<QString, QString> uploadedNames;
+
     /// The local records by guid.
     [[nodiscard]] std::map<std::wstring, TorvoSDK::SLocalProjectRecord> records() const;
 

@@ -11,6 +11,7 @@
 #include "tabs/tabmgr.h"
 #include "view/context/editorcontrol/editorcontrol.h"
 #include "view/context/editorcontrol/gridviewcontroller.h"
+#include "view/context/editorcontrol/infocardcontroller.h"
 
 #include <memory>
 #include <optional>
@@ -40,8 +41,8 @@ std::vector<std::type_index> VisitedTypes()
 
 const std::vector<std::type_index> visitOrder = {
     typeid(CProjectMgr),         typeid(CLocalProjectInfoMgr), typeid(CTabMgr),
-    typeid(CGridViewController), typeid(CEditorControl),       typeid(CMessageBoxMgr),
-    typeid(CServiceConvertMgr),
+    typeid(CInfoCardController), typeid(CGridViewController),  typeid(CEditorControl),
+    typeid(CMessageBoxMgr),      typeid(CServiceConvertMgr),
 };
 
 QString PropertyOf(const char* name)
@@ -236,6 +237,7 @@ void TestHomeApp::getMgrFindsEachManager()
     QVERIFY(App().GetMgr<CProjectMgr>() != nullptr);
     QVERIFY(App().GetMgr<CLocalProjectInfoMgr>() != nullptr);
     QVERIFY(App().GetMgr<CTabMgr>() != nullptr);
+    QVERIFY(App().GetMgr<CInfoCardController>() != nullptr);
     QVERIFY(App().GetMgr<CGridViewController>() != nullptr);
     QVERIFY(App().GetMgr<CEditorControl>() != nullptr);
     QVERIFY(App().GetMgr<CMessageBoxMgr>() != nullptr);
@@ -277,6 +279,7 @@ void TestHomeApp::registerContextPublishesWhatTheScreensBindTo()
     const std::vector<std::pair<QString, QObject*>> published = {
         {"tabMgr", App().GetMgr<CTabMgr>()},
         {"tab", App().GetMgr<CTabMgr>()->tab()},
+        {"infoCardCtrl", App().GetMgr<CInfoCardController>()},
         {"gridViewCtrl", App().GetMgr<CGridViewController>()},
         {"editorControl", App().GetMgr<CEditorControl>()},
         {"messageBoxMgr", App().GetMgr<CMessageBoxMgr>()},
@@ -286,8 +289,8 @@ void TestHomeApp::registerContextPublishesWhatTheScreensBindTo()
         QVERIFY2(object != nullptr, qPrintable(name));
         QVERIFY2(context->contextProperty(name).value<QObject*>() == object, qPrintable(name));
     }
-    QVERIFY(context->contextProperty("gridViewModel").value<QObject*>() != nullptr);
-    QVERIFY(context->contextProperty("leftPanelModel").value<QObject*>() != nullptr);
+    for (const char* name : {"proInfoModel", "orgModel", "gridViewModel", "leftPanelModel"})
+        QVERIFY2(context->contextProperty(name).value<QObject*>() != nullptr, name);
 }
 
 void TestHomeApp::unInitEmptiesTheTableFromTheHighestPriorityDown()
@@ -315,7 +318,7 @@ void TestHomeApp::unInitRunsAllBodiesBeforeAnyManagerIsDestroyed()
     });
     App().UnInit();
     QCOMPARE(Fakes::Calls().filter(QRegExp("FreeIDBDirector|tab gone|~")),
-             QStringList({"FreeIDBDirector()", "tab gone, managers: 7", "~CServiceConvertMgr"}));
+             QStringList({"FreeIDBDirector()", "tab gone, managers: 8", "~CServiceConvertMgr"}));
 }
 
 void TestHomeApp::secondInitReplacesTheManagersWithoutTheirUnInit()

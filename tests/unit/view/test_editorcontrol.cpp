@@ -5,8 +5,6 @@
 #include "tabs/tab.h"
 #include "tabs/tabmgr.h"
 
-#include <QTimer>
-
 using namespace TorvoEditor;
 using Fakes::SmartDB;
 
@@ -74,17 +72,13 @@ private slots:
 private:
     /// Runs the download that a double click has started to its end.
     static bool finishDownload();
-    static void letTheTimerFire();
-    [[nodiscard]] QStringList tips() const;
 
     std::unique_ptr<StartedView> m_view;
-    QStringList m_tips;
 };
 
 void TestEditorControl::init()
 {
     m_view = std::make_unique<StartedView>();
-    m_tips.clear();
     QFile::remove(VersionFile());
 }
 
@@ -98,24 +92,6 @@ bool TestEditorControl::finishDownload()
 {
     return QTest::qWaitFor([] { return Fakes::Calls().filter("NotifyDownloaded").size() == 1; });
 }
-
-void TestEditorControl::letTheTimerFire()
-{
-    auto* timer = StartedView::control().findChild<QTimer*>();
-    QVERIFY(timer != nullptr);
-    QTimerEvent event(timer->timerId());
-    QCoreApplication::sendEvent(timer, &event);
-}
-
-/// The texts of the boxes that have been shown, from the moment of the first call.
-QStringList TestEditorControl::tips() const
-{
-    return m_tips;
-}
-
-#define LISTEN_TO_TIPS()                                                                                     \
-    connect(CHomeApp::instance().GetMgr<CMessageBoxMgr>(), &CMessageBoxMgr::sigShowTip, this,                \
-            [this](const QString& title, const QString& text) { m_tips.append(title + ": " + text); })
 
 void TestEditorControl::publishesThreeNames()
 {
@@ -238,7 +214,7 @@ void TestEditorControl::refreshReadsEveryCardAndItsItem()
     StartedView::writeLocalList({"a"});
     QVERIFY(m_view->start());
     SmartDB::instance().find("a")->state = 3;
-    letTheTimerFire();
+    StartedView::letTheTimerFire();
     QCOMPARE(m_view->card("a").stateType(), CGridViewData::ST_UpdateState);
     // Once for the card, once for the item of the tree.
     QCOMPARE(Fakes::CallsOf({"GetStatusByProjId"}),
@@ -253,7 +229,7 @@ void TestEditorControl::refreshWaitsForARunningOperation()
     QVERIFY(m_view->start());
     StartedView::control().slotTreeDblClick("a");
     Fakes::ForgetCalls();
-    letTheTimerFire();
+    StartedView::letTheTimerFire();
     QCOMPARE(Fakes::CallsOf({"GetStatusByProjId"}), QStringList());
     QVERIFY(finishDownload());
 }
@@ -273,14 +249,13 @@ void TestEditorControl::doubleClickBringsAServerProject()
     SmartDB::instance().net.setReply("GetProjType", "a", {"CIM", {}, false, {}});
     StartedView::setWord("a", "1");
     QVERIFY(m_view->start());
-    LISTEN_TO_TIPS();
     StartedView::control().slotTreeDblClick("a");
     QVERIFY(finishDownload());
     QCOMPARE(m_view->card("a").dealState(), CGridViewData::DS_NonState);
     QCOMPARE(m_view->card("a").stateType(), CGridViewData::ST_SynchroState);
     QVERIFY(CHomeApp::instance().GetMgr<CLocalProjectInfoMgr>()->ContainsProject("a"));
     QCOMPARE(Fakes::CallsOf({"NotifyDownloaded"}), QStringList("NotifyDownloaded(a,true)"));
-    QCOMPARE(tips(), QStringList());
+    QCOMPARE(m_view->boxes, QStringList());
 }
 
 void TestEditorControl::doubleClickOnAProjectWithACardDoesNothing()
@@ -288,10 +263,9 @@ void TestEditorControl::doubleClickOnAProjectWithACardDoesNothing()
     StartedView::addLocal("a", "BIM");
     StartedView::writeLocalList({"a"});
     QVERIFY(m_view->start());
-    LISTEN_TO_TIPS();
     StartedView::control().slotTreeDblClick("a");
     QCOMPARE(Fakes::Calls(), QStringList());
-    QCOMPARE(tips(), QStringList());
+    QCOMPARE(m_view->boxes, QStringList());
     QCOMPARE(m_view->cards().count(), 1);
 }
 
@@ -303,10 +277,9 @@ void TestEditorControl::doubleClickWhileAnotherDownloads()
         StartedView::setWord(guid, "1");
     }
     QVERIFY(m_view->start());
-    LISTEN_TO_TIPS();
     StartedView::control().slotTreeDblClick("a");
     StartedView::control().slotTreeDblClick("b");
-    QCOMPARE(tips(), QStringList(QString::fromUtf8("提示: 工程下载中，请稍后重试")));
+    QCOMPARE(m_view->boxes, QStringList(QString::fromUtf8("提示: 工程下载中，请稍后重试")));
     QCOMPARE(StartedView::cardGuids(), QStringList("a"));
     QVERIFY(finishDownload());
 }
@@ -327,9 +300,8 @@ void TestEditorControl::doubleClickIsRefusedByTheServersState()
     m_view->addOnServer("a", 1);
     StartedView::setWord("a", word);
     QVERIFY(m_view->start());
-    LISTEN_TO_TIPS();
     StartedView::control().slotTreeDblClick("a");
-    QCOMPARE(tips(), QStringList(tip));
+    QCOMPARE(m_view->boxes, QStringList(tip));
     QCOMPARE(m_view->cards().count(), 0);
 }
 
@@ -375,9 +347,8 @@ void TestEditorControl::failedDownloadTellsAndTakesTheCardAway()
     StartedView::setWord("a", "1");
     SmartDB::instance().lastError = R"({"code": 50300, "msg": "unreachable"})";
     QVERIFY(m_view->start());
-    LISTEN_TO_TIPS();
     StartedView::control().slotTreeDblClick("a");
-    QTRY_COMPARE(tips(), QStringList(QString::fromUtf8("提示: 工程下载失败")));
+    QTRY_COMPARE(m_view->boxes, QStringList(QString::fromUtf8("提示: 工程下载失败")));
     QCOMPARE(m_view->cards().count(), 0);
     QVERIFY(m_view->panel().HasItem("a"));
     QCOMPARE(Fakes::CallsOf({"DeleteProj", "NotifyDownloaded"}), QStringList("DeleteProj(a)"));
@@ -389,17 +360,15 @@ void TestEditorControl::failedDownloadTellsAndTakesTheCardAway()
 void TestEditorControl::failedDownloadAfterAnExpiredLoginSaysSo()
 {
     QVERIFY(m_view->start());
-    LISTEN_TO_TIPS();
     StartedView::control().onDownloadFinished("a", false, R"({"code":40014})");
-    QCOMPARE(tips(), QStringList(QString::fromUtf8("提示: 工程下载失败<br/>登录已过期,请重新登录!")));
+    QCOMPARE(m_view->boxes, QStringList(QString::fromUtf8("提示: 工程下载失败<br/>登录已过期,请重新登录!")));
 }
 
 void TestEditorControl::failedDownloadWithoutAReasonIsSilent()
 {
     QVERIFY(m_view->start());
-    LISTEN_TO_TIPS();
     StartedView::control().onDownloadFinished("a", false, {});
-    QCOMPARE(tips(), QStringList());
+    QCOMPARE(m_view->boxes, QStringList());
     QVERIFY(m_view->log.take().contains(
         QString::fromUtf8("debug: CEditorControl::showErrorMsg , errCode.isEmpty \"工程下载失败\"")));
 }
@@ -407,9 +376,8 @@ void TestEditorControl::failedDownloadWithoutAReasonIsSilent()
 void TestEditorControl::reasonThatIsNoJsonIsNotShown()
 {
     QVERIFY(m_view->start());
-    LISTEN_TO_TIPS();
     StartedView::control().onDownloadFinished("a", false, "<html>40014</html>");
-    QCOMPARE(tips(), QStringList(QString::fromUtf8("提示: 工程下载失败")));
+    QCOMPARE(m_view->boxes, QStringList(QString::fromUtf8("提示: 工程下载失败")));
 }
 
 void TestEditorControl::endOfADownloadIsToldToTheHostWhenTheProjectIsHere()
@@ -429,13 +397,12 @@ void TestEditorControl::nextDownloadMayStartAfterTheEnd()
         StartedView::setWord(guid, "1");
     }
     QVERIFY(m_view->start());
-    LISTEN_TO_TIPS();
     StartedView::control().slotTreeDblClick("a");
     QVERIFY(finishDownload());
     Fakes::ForgetCalls();
     StartedView::control().slotTreeDblClick("b");
     QVERIFY(finishDownload());
-    QCOMPARE(tips(), QStringList());
+    QCOMPARE(m_view->boxes, QStringList());
     QCOMPARE(StartedView::cardGuids(), QStringList({"a", "b"}));
 }
 

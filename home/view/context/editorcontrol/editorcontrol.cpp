@@ -1,21 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "view/context/editorcontrol/editorcontrol.h"
 
-#include "TorvoSDK/projecthost.h"
-#include "TorvoSDK/torvosdkplugin.h"
 #include "core/filefunctions.h"
 #include "core/homeapp.h"
-#include "core/messageboxmgr.h"
-#include "project/asyncworker.h"
 #include "project/localprojectinfomgr.h"
 #include "project/projectmgr.h"
-#include "tabs/tabmgr.h"
 #include "view/context/editorcontrol/gridviewcontroller.h"
 #include "view/context/editorcontrol/panelmodel.h"
 
 #include <QCoreApplication>
-#include <QDebug>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
 #include <QQmlContext>
@@ -28,7 +21,6 @@ namespace
 {
 
 constexpr int refreshInterval = 300000;
-constexpr int loginExpired = 40014;
 
 int AppVerOf(const QString& text)
 {
@@ -42,36 +34,6 @@ int AppVerOf(const QString& text)
 QString ApplicationText(const char* name)
 {
     return QCoreApplication::instance()->property(name).toString();
-}
-
-/// What to say while `operation` runs; empty for one that has no words of its own.
-QString BusyText(ProjOperateEnum operation)
-{
-    switch (operation) {
-    case PO_Download:
-        return QStringLiteral("工程下载中，请稍后重试");
-    case PO_Upload:
-        return QStringLiteral("工程上传中，请稍后重试");
-    case PO_Update:
-        return QStringLiteral("工程更新中，请稍后重试");
-    default:
-        return QString(QLatin1String(""));
-    }
-}
-
-/// Why a project of this server state cannot be brought here; empty when it can.
-QString DownloadRefusal(int serverState)
-{
-    switch (serverState) {
-    case SS_UploadFailed:
-        return QStringLiteral("服务器本工程已上传失败，请先强制上传");
-    case SS_Uploading:
-        return QStringLiteral("服务器本工程正在上传中，请稍后再试");
-    case SS_Converting:
-        return QStringLiteral("服务器本工程正在转换中，请稍后再试");
-    default:
-        return {};
-    }
 }
 
 } // namespace
@@ -159,43 +121,6 @@ void CEditorControl::refreshAll()
         m_panelModel->UpdateItem(guid);
 }
 
-void CEditorControl::slotTreeDblClick(const QString& projGuid)
-{
-    if (m_gridViewController->ContainsCard(projGuid))
-        return;
-    if (m_eCurOperation != PO_None) {
-        showTip(BusyText(m_eCurOperation));
-        return;
-    }
-    const QString refusal = DownloadRefusal(m_projectMgr->GetServerProjStatus(projGuid));
-    if (!refusal.isEmpty()) {
-        showTip(refusal);
-        return;
-    }
-    const auto record = m_projectMgr->GetServerProject(projGuid);
-    if (m_projectMgr->NeedUpgrade(projGuid))
-        m_gridViewController->AddNeedUpgradeCard(projGuid, QString::fromStdWString(record.name));
-    else
-        m_gridViewController->AddCard(projGuid);
-    m_gridViewController->SetStateType(projGuid, CGridViewData::ST_LocalState);
-    m_gridViewController->SetDealState(projGuid, CGridViewData::DS_DownloadState);
-    if (CHomeApp::instance().GetMgr<CLocalProjectInfoMgr>()->ContainsProject(projGuid)) {
-        UpdateProjectState(projGuid);
-        return;
-    }
-    m_eCurOperation = PO_Download;
-    auto* worker = new CAsyncWorker(CAsyncWorker::Download, projGuid);
-    connect(worker, &CAsyncWorker::singSyncFinish, this, &CEditorControl::onDownloadFinished);
-    worker->start(QThread::InheritPriority);
-    m_bInOperation = true;
-}
-
-void CEditorControl::slotProjectDblClick(const QString& projGuid)
-{
-    if (!projGuid.isEmpty())
-        CHomeApp::instance().GetMgr<CTabMgr>()->openTab(projGuid);
-}
-
 void CEditorControl::reflushProjTree()
 {
     m_projectMgr->RefreshServerList();
@@ -211,46 +136,15 @@ void CEditorControl::slotProcessFinsh(int /*exitCode*/)
         UpdateProjectState(process->objectName());
 }
 
-void CEditorControl::onDownloadFinished(const QString& strGuid, bool ret, const QString& errorString)
+void CEditorControl::updateProjName(const QString& projGuid, const QString& projName)
 {
-    if (m_projectMgr->GetProject(strGuid) != nullptr)
-        CHomeApp::instance().m_plugin->GetProjectHost()->NotifyDownloaded(strGuid.toStdWString(), ret);
-    m_eCurOperation = PO_None;
-    m_bInOperation = false;
-    m_gridViewController->SetDealState(strGuid, CGridViewData::DS_NonState);
-    if (ret) {
-        UpdateProjectState(strGuid);
-        return;
-    }
-    showErrorMsg(QStringLiteral("工程下载失败"), errorString);
-    UpdateProjectState(strGuid);
-    m_gridViewController->RemoveCard(strGuid);
-    m_projectMgr->RemoveLocalData(strGuid);
+    m_panelModel->RenameItem(projGuid, projName);
 }
 
 void CEditorControl::UpdateProjectState(const QString& strGuid)
 {
     m_panelModel->UpdateItem(strGuid);
     m_gridViewController->UpdateCard(strGuid);
-}
-
-void CEditorControl::showErrorMsg(const QString& msg, const QString& errCode)
-{
-    if (errCode.isEmpty()) {
-        qDebug() << "CEditorControl::showErrorMsg , errCode.isEmpty" << msg;
-        return;
-    }
-    QString text = msg;
-    const auto document = QJsonDocument::fromJson(errCode.toUtf8());
-    if (!document.isEmpty() && document.object().value(QLatin1String("code")).toInt() == loginExpired)
-        text += QStringLiteral("<br/>登录已过期,请重新登录!");
-    qDebug() << "CEditorControl::showErrorMsg" << text << errCode;
-    showTip(text);
-}
-
-void CEditorControl::showTip(const QString& text)
-{
-    emit CHomeApp::instance().GetMgr<CMessageBoxMgr>()->sigShowTip(QStringLiteral("提示"), text);
 }
 
 } // namespace TorvoEditor

@@ -2,10 +2,17 @@
 #pragma once
 
 #include "core/mgrobj.h"
+#include "view/context/editorcontrol/actionrules.h"
 
 #include <QObject>
 #include <QString>
 #include <QTimer>
+#include <QVariant>
+
+namespace ZRSmartDB
+{
+class IZRProject;
+}
 
 namespace TorvoEditor
 {
@@ -13,9 +20,7 @@ namespace TorvoEditor
 class CGridViewController;
 class CPanelModel;
 class CProjectMgr;
-
-/// The long operation that is running.
-enum ProjOperateEnum { PO_None = 0, PO_Download = 1, PO_Upload = 2, PO_Update = 3, PO_Upgrade = 4 };
+struct SProjectInfoRecord;
 
 /// The controller behind the project screens: every action on a project comes in here. It lets one long
 /// operation run at a time and keeps tree and grid in step with the store. Published as "editorControl". GUI
@@ -48,11 +53,37 @@ public slots:
     void slotTreeDblClick(const QString& projGuid);
     /// Opens a project in its tab.
     void slotProjectDblClick(const QString& projGuid);
+    /// Makes a new project of what the new-project dialog has entered in CProjectInfo.
+    void slotCreateProject();
+    /// Sends a project to the server. A project whose last upload failed there is sent after a question.
+    void slotUploadProject(const QString& projGuid, bool bForceUpdate = false);
+    /// Brings a project to the server's version. `var` is its guid.
+    void slotSyncProject(const QVariant& var);
+    /// Brings the data of a project to the current format.
+    void upgradeProj(const QString& projGuid);
+    /// Writes what the info card holds to its project.
+    void slotProjectInfoUpdate();
+    /// Takes a project out of the grid. Its files stay, unless they are all that there is of it.
+    void slotRemoveProject(const QVariant& var);
+    /// Deletes a project's files on this machine. `var` is its guid.
+    void slotDeleteProject(const QVariant& var);
+    /// Gives a tree item another name.
+    void updateProjName(const QString& projGuid, const QString& projName);
     /// Reads the server's list again and builds the tree anew.
     void reflushProjTree();
     /// The child of an opened project has ended.
     void slotProcessFinsh(int exitCode);
+
+    // Ends of the long operations: a worker's signal
+
     void onDownloadFinished(const QString& strGuid, bool ret, const QString& errorString);
+    void onUploadFinished(const QString& strGuid, bool ret, const QString& errorString);
+    void onUpdateFinished(const QString& strGuid, bool ret, const QString& errorString);
+    void onUpgradeFinished(const QString& strGuid, bool ret, const QString& errorString);
+    /// The end of a CDemoDownLoadWorker: `strCloneGuid` takes the place of `strGuid`.
+    void onDownloadDemoFinished(const QString& strGuid, const QString& strCloneGuid, bool ret,
+                                const QString& errorString);
+
     /// Reads the tree item and the card of a project anew.
     void UpdateProjectState(const QString& strGuid);
     [[nodiscard]] QString getLoginName() const;
@@ -65,8 +96,23 @@ signals:
     void isBimSdkChanged();
 
 private:
+    using EndSlot = void (CEditorControl::*)(const QString& strGuid, bool ret, const QString& errorString);
+
     void loadList();
     void refreshAll();
+    /// Starts the worker of `jobType`, whose end comes to `end`.
+    void startJob(int jobType, const QString& guid, ProjOperateEnum operation, EndSlot end);
+    /// True when another operation runs, which is then said twice.
+    [[nodiscard]] bool refuseWhileBusy();
+    void startUpload(const QString& guid, bool isForced);
+    /// Whether the server takes a new scene of this application; a refusal is shown.
+    [[nodiscard]] bool canUploadNewScene();
+    /// Whether there is something to update, and the server lets it.
+    [[nodiscard]] bool canUpdate(const QString& guid, int serverState);
+    /// Whether a project can be removed or deleted: it is here.
+    [[nodiscard]] bool isActionOnProject(const QString& guid) const;
+    void writeProject(ZRSmartDB::IZRProject& project, const SProjectInfoRecord& record);
+    void tellHostOfUpload(const QString& guid, bool isDone);
     void showErrorMsg(const QString& msg, const QString& errCode);
     void showTip(const QString& text);
 
