@@ -14,4 +14,13 @@ struct KyvApiSession {
 
 [[nodiscard]] KyvApiSession& KyvApi();
 
+/// What the other calls give. GUI thread.
+struct KyvApiAnswers {
+    QString webConsoleUrl; ///< empty: the call fails
+    QString webProjUrl;    ///< empty: the call fails
+    bool acceptsNames = true;
+};
+
+[[nodiscard]] KyvApiAnswers& KyvAnswers();
+
 } // namespace Fakes

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "startedview.h"
 
+#include "fakes/fakekyvapi.h"
 #include "view/context/editorcontrol/projectinfo.h"
 
 using namespace TorvoEditor;
@@ -13,7 +14,11 @@ class TestInfoUpdate : public QObject
 
 private slots:
     void init();
-    void cleanup() { m_view.reset(); }
+    void cleanup()
+    {
+        m_view.reset();
+        Fakes::KyvAnswers() = {};
+    }
 
     void fieldsAreWrittenInOrder();
     void regionOfASceneIsWritten();
@@ -25,6 +30,10 @@ private slots:
     void templateIsWrittenOncePerSubProjectThatIsHere();
     void unknownProjectIsPassedOver();
     void itemIsRenamed();
+    void nameOfAServerProjectIsChangedThere_data();
+    void nameOfAServerProjectIsChangedThere();
+    void nameEditedInTheCardIsNoChangeForTheServer();
+    void nameOfNoRowIsEmpty();
 
 private:
     void show(const SProjectInfoRecord& record)
@@ -184,6 +193,55 @@ void TestInfoUpdate::itemIsRenamed()
     StartedView::control().updateProjName("a", "new");
     StartedView::control().updateProjName("unknown", "new");
     QCOMPARE(m_view->itemText("a"), QString("new"));
+}
+
+void TestInfoUpdate::nameOfAServerProjectIsChangedThere_data()
+{
+    QTest::addColumn<bool>("isAccepted");
+    QTest::addColumn<QString>("itemText");
+    QTest::newRow("accepted") << true << "new";
+    QTest::newRow("refused") << false << "a";
+}
+
+void TestInfoUpdate::nameOfAServerProjectIsChangedThere()
+{
+    QFETCH(bool, isAccepted);
+    Fakes::KyvAnswers().acceptsNames = isAccepted;
+    m_view->addOnServer("a", 1);
+    QVERIFY(m_view->start());
+    show(m_record);
+    auto& info = *m_view->published<CProjectInfo>("proInfoModel");
+    // The row says "new", the record something else.
+    info.setProjInfo("former", "BIM", {}, {}, {}, {}, {});
+    QSignalSpy changed(&info, &CProjectInfo::projInfoChanged);
+    info.changeServiceProjName();
+    QCOMPARE(Fakes::Calls(), QStringList("SetProjNameToService(a,new)"));
+    QTEST(m_view->itemText("a"), "itemText");
+    QCOMPARE(changed.count(), 1);
+}
+
+void TestInfoUpdate::nameEditedInTheCardIsNoChangeForTheServer()
+{
+    m_view->addOnServer("a", 1);
+    QVERIFY(m_view->start());
+    show(m_record);
+    auto& info = *m_view->published<CProjectInfo>("proInfoModel");
+    info.setJsonData("工程名称", "edited");
+    QSignalSpy changed(&info, &CProjectInfo::projInfoChanged);
+    info.changeServiceProjName();
+    QCOMPARE(Fakes::Calls(), QStringList());
+    QCOMPARE(changed.count(), 0);
+}
+
+void TestInfoUpdate::nameOfNoRowIsEmpty()
+{
+    QVERIFY(m_view->start());
+    auto& info = *m_view->published<CProjectInfo>("proInfoModel");
+    info.changeServiceProjName();
+    QCOMPARE(Fakes::Calls(), QStringList());
+    info.setProjInfo("former", "BIM", {}, {}, {}, {}, {});
+    info.changeServiceProjName();
+    QCOMPARE(Fakes::Calls(), QStringList("SetProjNameToService(,)"));
 }
 
 QTEST_MAIN(TestInfoUpdate)

@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QJsonDocument>
+#include <QLineEdit>
 #include <QTemporaryDir>
 #include <QTimer>
 
@@ -370,8 +371,7 @@ void TestProjectInfo::answerFolderDialog(const QString& folder, bool& wasAsked)
             dialog->reject();
             return;
         }
-        dialog->setDirectory(QFileInfo(folder).path());
-        dialog->selectFile(folder);
+        dialog->findChild<QLineEdit*>()->setText(folder);
         QMetaObject::invokeMethod(dialog, "accept");
     });
     timer->start(20);

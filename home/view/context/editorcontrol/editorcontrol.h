@@ -69,6 +69,10 @@ public slots:
     void slotDeleteProject(const QVariant& var);
     /// Gives a tree item another name.
     void updateProjName(const QString& projGuid, const QString& projName);
+    /// Shows the project's page on the server in the browser.
+    void openWebProj(const QString& projGuid);
+    /// Shows the account's page on the server in the browser.
+    void openWebConsole();
     /// Reads the server's list again and builds the tree anew.
     void reflushProjTree();
     /// The child of an opened project has ended.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "view/context/editorcontrol/editorcontrol.h"
 
+#include "EditorCommon/kyvapi.h"
 #include "ZRIMGeometryModel/zrimposition.h"
 #include "ZRSmartDB/zrdatabase.h"
 #include "ZRSmartDB/zrdbdirector.h"
@@ -21,6 +22,8 @@
 #include <vector>
 
 #include <QCoreApplication>
+#include <QDesktopServices>
+#include <QUrl>
 
 namespace TorvoEditor
 {
@@ -288,6 +291,24 @@ void CEditorControl::writeProject(ZRSmartDB::IZRProject& project, const SProject
         if (m_projectMgr->GetProject(subProject) != nullptr)
             project.SetTemplate(record.templateContent.toStdWString());
     }
+}
+
+void CEditorControl::openWebProj(const QString& projGuid)
+{
+    if (m_projectMgr->GetProjStatus(projGuid) == CGridViewData::ST_LocalState) {
+        showTip(QStringLiteral("服务器没有本工程,请先上传"));
+        return;
+    }
+    QString url;
+    if (EditorCommon::KYVApi::GetWebProjUrl(projGuid, url))
+        QDesktopServices::openUrl(QUrl(url));
+}
+
+void CEditorControl::openWebConsole()
+{
+    QString url;
+    if (EditorCommon::KYVApi::GetWebConsoleUrl(url))
+        QDesktopServices::openUrl(QUrl(url));
 }
 
 } // namespace TorvoEditor

@@ -2,6 +2,7 @@
 #include "view/context/editorcontrol/projectinfo.h"
 
 #include "EditorCommon/commonconfig.h"
+#include "EditorCommon/kyvapi.h"
 #include "core/filefunctions.h"
 #include "core/homeapp.h"
 #include "view/context/editorcontrol/editorcontrol.h"
@@ -32,6 +33,16 @@ QString TextOfFile(const QString& path)
 QString PictureUrl(const QString& path)
 {
     return path.isEmpty() ? QStringLiteral("qrc:/images/card_ic_big.png") : QStringLiteral("file:///") + path;
+}
+
+/// The index of the row of this label, or -1.
+int RowOf(const QJsonArray& rows, const QString& label)
+{
+    for (int i = 0; i < rows.size(); ++i) {
+        if (rows.at(i).toObject().value(keyOfRow).toString() == label)
+            return i;
+    }
+    return -1;
 }
 
 InfoRowsMode RowsMode(bool isLocal)
@@ -93,19 +104,17 @@ void CProjectInfo::setProjInfo(const QString& projName, const QString& projType,
 
 void CProjectInfo::setJsonData(const QString& strKey, const QString& strValue, bool bNty)
 {
-    for (int i = 0; i < m_projInfo.size(); ++i) {
-        auto row = m_projInfo.at(i).toObject();
-        if (row.value(keyOfRow).toString() != strKey)
-            continue;
-        if (strKey == InfoLabel::templateFile())
-            m_record.templateContent = TextOfFile(strValue);
-        row.insert(valueOfRow, strValue);
-        m_projInfo.replace(i, row);
-        writeField(strKey, strValue);
-        if (bNty)
-            emit projInfoChanged();
+    const int index = RowOf(m_projInfo, strKey);
+    if (index < 0)
         return;
-    }
+    if (strKey == InfoLabel::templateFile())
+        m_record.templateContent = TextOfFile(strValue);
+    auto row = m_projInfo.at(index).toObject();
+    row.insert(valueOfRow, strValue);
+    m_projInfo.replace(index, row);
+    writeField(strKey, strValue);
+    if (bNty)
+        emit projInfoChanged();
 }
 
 void CProjectInfo::writeField(const QString& label, const QString& value)
@@ -138,6 +147,17 @@ void CProjectInfo::exportConfigFile()
     QFile file(folder + QStringLiteral("/CompTemplate.json"));
     if (file.open(QIODevice::WriteOnly))
         file.write(document.toJson());
+}
+
+void CProjectInfo::changeServiceProjName()
+{
+    const int row = RowOf(m_projInfo, InfoLabel::name());
+    const QString name = m_projInfo.at(row).toObject().value(valueOfRow).toString();
+    if (name == m_record.name)
+        return;
+    if (EditorCommon::KYVApi::SetProjNameToService(m_record.guid, name))
+        CHomeApp::instance().GetMgr<CEditorControl>()->updateProjName(m_record.guid, name);
+    emit projInfoChanged();
 }
 
 void CProjectInfo::SetProjectData(const SProjectInfoRecord& record, bool bModify)

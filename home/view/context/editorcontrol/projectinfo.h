@@ -48,6 +48,10 @@ public:
     /// Asks for a folder and writes the property template there.
     Q_INVOKABLE void exportConfigFile();
 
+    /// Gives the project the name of its row on the server, and in the tree. An edit through setJsonData
+    /// leaves row and record the same, and is no change here.
+    Q_INVOKABLE void changeServiceProjName();
+
     /// Shows another project. `bModify`: it is on this machine.
     void SetProjectData(const SProjectInfoRecord& record, bool bModify);
     /// Takes the additional rows of "ProjectExpandAttr.json". The card does not show them.
