@@ -30,7 +30,7 @@ Item {
         width: parent.width
         height: 34
         z: 1
-        onOpenWebConsole: mainRoot.notYet("editorControl.openWebConsole", "")
+        onOpenWebConsole: editorControl.openWebConsole()
     }
 
     Item {
@@ -69,14 +69,14 @@ Item {
 
                 objectName: "proInfoGridView"
                 model: gridViewModel
-                onSendDeleteInfo: mainRoot.notYet("editorControl.slotRemoveProject", guid)
+                onSendDeleteInfo: editorControl.slotRemoveProject(guid)
                 onSendProDoubleClicked: editorControl.slotProjectDblClick(guid)
                 onSendProjectInfo: mainRoot.notYet("infoCardCtrl.showProjectInfo", guid)
-                onSendUpdate: mainRoot.notYet("editorControl.slotSyncProject", guid)
-                onSendUpload: mainRoot.notYet("editorControl.slotUploadProject", guid)
-                onSendUpgrade: mainRoot.notYet("editorControl.upgradeProj", guid)
+                onSendUpdate: editorControl.slotSyncProject(guid)
+                onSendUpload: editorControl.slotUploadProject(guid)
+                onSendUpgrade: editorControl.upgradeProj(guid)
                 onSendConvert: mainRoot.notYet("serviceConvertMgr.checkServiceConvert", guid)
-                onSendOpenWeb: mainRoot.notYet("editorControl.openWebProj", guid)
+                onSendOpenWeb: editorControl.openWebProj(guid)
             }
         }
 

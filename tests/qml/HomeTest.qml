@@ -48,6 +48,12 @@ Item {
         function getVersion() { return "V1.2" }
         function reflushProjTree() { home.called("editorControl.reflushProjTree") }
         function slotTreeDblClick(guid) { home.called("editorControl.slotTreeDblClick", guid) }
+        function slotRemoveProject(guid) { home.called("editorControl.slotRemoveProject", guid) }
+        function slotSyncProject(guid) { home.called("editorControl.slotSyncProject", guid) }
+        function slotUploadProject(guid) { home.called("editorControl.slotUploadProject", guid) }
+        function upgradeProj(guid) { home.called("editorControl.upgradeProj", guid) }
+        function openWebProj(guid) { home.called("editorControl.openWebProj", guid) }
+        function openWebConsole() { home.called("editorControl.openWebConsole") }
         function slotProjectDblClick(guid) { home.called("editorControl.slotProjectDblClick", guid) }
     }
 

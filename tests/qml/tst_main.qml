@@ -124,9 +124,7 @@ HomeTest {
         function test_buttonsOfLaterVersionsLogOneLineAndShowNothing_data() {
             return [
                 { tag: "proInfoBtn", action: "infoCardCtrl.showProjectInfo", guid: "g1" },
-                { tag: "serviceBtn", action: "editorControl.openWebProj", guid: "g1" },
                 { tag: "kyvconvertBtn", action: "serviceConvertMgr.checkServiceConvert", guid: "g1" },
-                { tag: "consoleBtn", action: "editorControl.openWebConsole", guid: "" },
                 { tag: "createBtn", action: "newProDialog.open", guid: "" }
             ]
         }
@@ -140,29 +138,73 @@ HomeTest {
             compare(home.findShown("yesBtn"), null)
         }
 
-        function test_confirmedActionsOfLaterVersionsLogOneLine_data() {
+        function test_actionsReachTheController_data() {
             return [
-                { tag: "delBtn", action: "editorControl.slotRemoveProject" },
-                { tag: "updateBtn", action: "editorControl.slotSyncProject" },
-                { tag: "uploadBtn", action: "editorControl.slotUploadProject" }
+                { tag: "serviceBtn", call: "editorControl.openWebProj(g1)" },
+                { tag: "consoleBtn", call: "editorControl.openWebConsole()" }
             ]
         }
 
-        function test_confirmedActionsOfLaterVersionsLogOneLine(row) {
+        function test_actionsReachTheController(row) {
+            click(row.tag)
+            compare(home.takeCalls(), [row.call])
+            compare(home.findShown("yesBtn"), null)
+        }
+
+        function test_confirmedActionsReachTheController_data() {
+            return [
+                { tag: "delBtn", title: "删除工程", text: "删除操作将从工程列表中删除工程。\n请确认后再进行操作！",
+                  call: "editorControl.slotRemoveProject(g1)" },
+                { tag: "updateBtn", title: "更新工程", text: "更新操作将本地工程更新为服务器版本。\n请确认后再进行操作！",
+                  call: "editorControl.slotSyncProject(g1)" },
+                { tag: "uploadBtn", title: "上传工程", text: "上传操作将本地工程上传到服务器。\n请确认后再进行操作！",
+                  call: "editorControl.slotUploadProject(g1)" }
+            ]
+        }
+
+        function test_confirmedActionsReachTheController(row) {
             click(row.tag)
             waitForBox()
-            screens.takeInfos()
+            compare(home.findShown("dialogTitle").text, row.title)
+            compare(home.findShown("messageText").text, row.text)
+            compare(home.takeCalls(), [])
             mouseClick(home.findShown("yesBtn"))
-            compare(screens.takeInfos().filter(function(line) { return line.indexOf("main.qml") === 0 }),
-                    ["main.qml: no manager takes " + row.action + " g1"])
+            compare(home.takeCalls(), [row.call])
             waitForNoBox()
         }
 
-        function test_anUpgradeLogsOneLine() {
-            gridViewModel.getDataByGuid("g1").needUpgrade = true
-            screens.takeInfos()
+        function test_aRefusedActionReachesNobody_data() {
+            return [{ tag: "delBtn" }, { tag: "updateBtn" }, { tag: "uploadBtn" }]
+        }
+
+        function test_aRefusedActionReachesNobody(row) {
+            click(row.tag)
+            waitForBox()
+            mouseClick(home.findShown("noBtn"))
+            waitForNoBox()
+            compare(home.takeCalls(), [])
+        }
+
+        function test_theCoverOfAnOldProjectUpgradesIt_data() {
+            return [{ tag: "waiting", isUpgrade: false }, { tag: "running", isUpgrade: true }]
+        }
+
+        function test_theCoverOfAnOldProjectUpgradesIt(row) {
+            const data = gridViewModel.getDataByGuid("g1")
+            data.needUpgrade = true
+            data.isUpgrade = row.isUpgrade
             mouseClick(home.find(main, "card_g1"))
-            notYet("editorControl.upgradeProj", "g1")
+            compare(home.takeCalls(), ["editorControl.upgradeProj(g1)"])
+        }
+
+        function test_anActionThatIsRefusedTwiceShowsOneBox() {
+            messageBoxMgr.sigShowTip("提示", "工程上传中，请稍后重试")
+            messageBoxMgr.sigShowTip("提示", "工程上传中，请稍后重试")
+            waitForBox()
+            compare(home.findShown("messageText").text, "工程上传中，请稍后重试")
+            mouseClick(home.findShown("yesBtn"))
+            waitForNoBox()
+            compare(home.takeCalls(), ["messageBoxMgr.callResultCallBack(true)"])
         }
 
         function test_aClickInTheTreeLogsOneLine() {
