@@ -141,6 +141,14 @@ void Desktop::press(xcb_keysym_t key)
     strike(key);
 }
 
+void Desktop::press(xcb_keysym_t key, xcb_keysym_t with)
+{
+    const Key held = KeyOf(m_connection, with);
+    fake(XCB_KEY_PRESS, held.code);
+    strike(key);
+    fake(XCB_KEY_RELEASE, held.code);
+}
+
 void Desktop::activate(xcb_window_t window)
 {
     static constexpr char name[] = "_NET_ACTIVE_WINDOW";

@@ -42,6 +42,7 @@ public:
     /// Types letters, digits and signs that have a key, with Shift where needed.
     void type(const QString& text);
     void press(xcb_keysym_t key);
+    void press(xcb_keysym_t key, xcb_keysym_t with);
 
     /// Asks the window manager for a window as a click in a task bar does.
     void activate(xcb_window_t window);

@@ -169,6 +169,25 @@ bool HomeScreen::doubleClickOnCard(const QString& guid)
     return true;
 }
 
+QQuickItem* HomeScreen::itemOfCard(const QString& guid, const QString& objectName)
+{
+    QList<QQuickItem*> found;
+    Collect(
+        card(guid), [&](const QQuickItem& item) { return item.objectName() == objectName; }, found);
+    return found.value(0);
+}
+
+bool HomeScreen::clickOnCard(const QString& guid, const QString& objectName)
+{
+    if (!WaitFor([&] {
+            const auto* thing = itemOfCard(guid, objectName);
+            return thing != nullptr && thing->isEnabled();
+        }))
+        return false;
+    m_desktop.click(middleOf(*itemOfCard(guid, objectName)));
+    return true;
+}
+
 QStringList HomeScreen::tabs()
 {
     const QString prefix = QStringLiteral("tab_");

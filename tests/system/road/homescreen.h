@@ -56,6 +56,9 @@ public:
     [[nodiscard]] static int stateOf(const QString& guid);
     [[nodiscard]] static int operationOf(const QString& guid);
     [[nodiscard]] bool doubleClickOnCard(const QString& guid);
+    /// The visible thing of that name on a card; null when there is none.
+    [[nodiscard]] static QQuickItem* itemOfCard(const QString& guid, const QString& objectName);
+    [[nodiscard]] bool clickOnCard(const QString& guid, const QString& objectName);
 
     [[nodiscard]] static QStringList tabs();
 

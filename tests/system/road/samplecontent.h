@@ -21,4 +21,7 @@ inline const QString layeredHouse = QStringLiteral("5b0f6a52-6c1e-4d0b-9a35-1f1d
 /// A scene with two building projects.
 inline const QString scene = QStringLiteral("5b0f6a52-6c1e-4d0b-9a35-1f1d6b7c0b02");
 
+/// A building project of the format before the current one.
+inline const QString oldFormat = QStringLiteral("5b0f6a52-6c1e-4d0b-9a35-1f1d6b7c0a06");
+
 } // namespace road

@@ -22,8 +22,9 @@ namespace
 // As the cards give them.
 constexpr int notBusy = 0;
 constexpr int downloading = 2;
-constexpr int upToDate = 1;
 
+constexpr xcb_keysym_t saveKey = 's';
+constexpr xcb_keysym_t controlKey = 0xffe3;
 constexpr int loadMilliseconds = 60000;
 /// Shades of an empty view, with a margin; a model of several materials in light and shadow has many more.
 constexpr int coloursOfEmptyView = 16;
@@ -87,6 +88,62 @@ bool Session::finishDownload(const QString& guid)
 {
     return WaitFor([&] { return HomeScreen::operationOf(guid) == notBusy; }, loadMilliseconds) &&
            WaitFor([&] { return HomeScreen::stateOf(guid) == upToDate; });
+}
+
+bool Session::press(const QString& guid, const QString& button, const QString& question)
+{
+    return m_home.clickOnCard(guid, button) &&
+           WaitFor([&] { return HomeScreen::textOf(QStringLiteral("messageText")).contains(question); }) &&
+           m_home.click(QStringLiteral("yesBtn")) &&
+           WaitFor([] { return !HomeScreen::shows(QStringLiteral("messageText")); });
+}
+
+bool Session::upload(const QString& guid, int wanted)
+{
+    return press(guid, QStringLiteral("uploadBtn"), QStringLiteral("上传到服务器")) &&
+           WaitFor(
+               [&] {
+                   return HomeScreen::operationOf(guid) == notBusy && HomeScreen::stateOf(guid) == wanted;
+               },
+               loadMilliseconds);
+}
+
+bool Session::update(const QString& guid, int wanted)
+{
+    return press(guid, QStringLiteral("updateBtn"), QStringLiteral("更新为服务器版本")) &&
+           WaitFor(
+               [&] {
+                   return HomeScreen::operationOf(guid) == notBusy && HomeScreen::stateOf(guid) == wanted;
+               },
+               loadMilliseconds);
+}
+
+bool Session::removeFromList(const QString& guid)
+{
+    return press(guid, QStringLiteral("delBtn"), QStringLiteral("从工程列表中删除")) &&
+           WaitFor([&] { return HomeScreen::card(guid) == nullptr; });
+}
+
+bool Session::upgrade(const QString& guid)
+{
+    return m_home.clickOnCard(guid, QStringLiteral("upgradeCover")) &&
+           WaitFor([&] { return HomeScreen::itemOfCard(guid, QStringLiteral("upgradeCover")) == nullptr; },
+                   loadMilliseconds);
+}
+
+bool Session::writeNote(const QString& note)
+{
+    // Where the panel of a tab has its note and its button, which is bright while there is something to save.
+    const QRect area = HomeScreen::contentArea();
+    const QRect button(area.topRight() + QPoint(-200, 250), QSize(120, 16));
+    const QImage before = m_desktop.picture();
+    const auto isBright = [&] { return DifferenceIn(before, m_desktop.picture(), button) > 0.02; };
+    m_desktop.click(area.topRight() + QPoint(-140, 185));
+    m_desktop.type(note);
+    if (!WaitFor(isBright))
+        return false;
+    m_desktop.press(saveKey, controlKey);
+    return WaitFor([&] { return !isBright(); });
 }
 
 QRect Session::view()

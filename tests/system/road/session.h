@@ -10,6 +10,13 @@
 namespace road
 {
 
+// What a card says of its project.
+inline constexpr int onlyHere = 0;
+inline constexpr int upToDate = 1;
+inline constexpr int changedHere = 2;
+inline constexpr int changedThere = 3;
+inline constexpr int changedOnBoth = 4;
+
 /// A person's way through the program, from the login to opened projects: the real host in this process, on
 /// the folder that this program was deployed to. Each step says whether it was seen to happen. GUI thread.
 class Session
@@ -34,6 +41,17 @@ public:
     [[nodiscard]] bool beginDownload(const QString& guid);
     [[nodiscard]] bool finishDownload(const QString& guid);
 
+    /// Presses a button of a card and says yes to the question, until the work that it begins is done. False
+    /// when the card is not in the state `wanted` then.
+    [[nodiscard]] bool upload(const QString& guid, int wanted = upToDate);
+    [[nodiscard]] bool update(const QString& guid, int wanted = upToDate);
+    [[nodiscard]] bool removeFromList(const QString& guid);
+    /// Brings a project of an older format up to date.
+    [[nodiscard]] bool upgrade(const QString& guid);
+
+    /// Writes a note in the current tab and saves it.
+    [[nodiscard]] bool writeNote(const QString& note);
+
     /// Opens a project by its card, until its window stands over the content area and shows a model.
     [[nodiscard]] bool open(const QString& guid);
 
@@ -54,6 +72,8 @@ public:
     void leave();
 
 private:
+    [[nodiscard]] bool press(const QString& guid, const QString& button, const QString& question);
+
     Desktop m_desktop;
     HomeScreen m_home;
     std::unique_ptr<shell::Host> m_host;
