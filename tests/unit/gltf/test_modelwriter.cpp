@@ -29,19 +29,19 @@ rc::Gen<gltf::Vector3> AnyVector()
 }
 
 /// As long as it lives no file of this process grows beyond so many bytes.
-class SmallDisk
+class FileSizeLimit
 {
 public:
-    explicit SmallDisk(rlim_t bytes)
+    explicit FileSizeLimit(rlim_t bytes)
     {
         getrlimit(RLIMIT_FSIZE, &m_before);
         const rlimit small{bytes, m_before.rlim_max};
         setrlimit(RLIMIT_FSIZE, &small);
         m_handler = std::signal(SIGXFSZ, SIG_IGN);
     }
-    SmallDisk(const SmallDisk&) = delete;
-    SmallDisk& operator=(const SmallDisk&) = delete;
-    ~SmallDisk()
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+    ~FileSizeLimit()
     {
         setrlimit(RLIMIT_FSIZE, &m_before);
         std::signal(SIGXFSZ, m_handler);
@@ -264,7 +264,7 @@ void TestModelWriter::fileThatDoesNotFitIsAFailureAndLeavesTheOldOne()
     AddTriangle(model, 0, {0, 0, 0}, 1);
     QVERIFY(gltf::WriteModel(model, file(), "test"));
     {
-        const SmallDisk disk(1024);
+        const FileSizeLimit limit(1024);
         QVERIFY(!gltf::WriteModel(House(), file(), "test"));
     }
     QCOMPARE(files(), QStringList("model.glb"));
