@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "gltf/modelwriter.h"
 
+#include "filesizelimit.h"
 #include "models.h"
 
 #include <rapidcheck.h>
-
-#include <csignal>
 
 #include <QDir>
 #include <QFile>
@@ -16,8 +15,6 @@
 #include <QTest>
 #include <QtEndian>
 
-#include <sys/resource.h>
-
 namespace
 {
 
@@ -27,30 +24,6 @@ rc::Gen<gltf::Vector3> AnyVector()
                                      [](int value) { return static_cast<float>(value) / 1024.0F; });
     return rc::gen::container<gltf::Vector3>(number);
 }
-
-/// As long as it lives no file of this process grows beyond so many bytes.
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit small{bytes, m_before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &small);
-        m_handler = std::signal(SIGXFSZ, SIG_IGN);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-    ~FileSizeLimit()
-    {
-        setrlimit(RLIMIT_FSIZE, &m_before);
-        std::signal(SIGXFSZ, m_handler);
-    }
-
-private:
-    rlimit m_before{};
-    void (*m_handler)(int);
-};
 
 /// A model whose nodes hang together in any way and whose parts share corners in any way.
 rc::Gen<gltf::Model> AnyModel()
