@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "XHUtility/sorttreemodel.h"
 #include "XHUtility/treemodel.h"
+#include "fakes/fakehost.h"
 #include "fakes/startedhome.h"
+#include "prepareddatabase.h"
 #include "project/projectconfig.h"
 #include "project/projectmgr.h"
 #include "ratio.h"
@@ -17,26 +19,7 @@
 #include <QVariantMap>
 
 // The tree of the left panel against a bare QStandardItemModel with the same rows. Database and server answer
-// from memory, as the stand-ins of the unit tests do; their book of calls is not kept here.
-
-namespace Fakes
-{
-
-void Called(const QString& /*call*/) {}
-
-QStringList Calls()
-{
-    return {};
-}
-
-QStringList CallsOf(const QStringList& /*names*/)
-{
-    return {};
-}
-
-void ForgetCalls() {}
-
-} // namespace Fakes
+// from memory, with answers that lie ready.
 
 namespace
 {
@@ -52,17 +35,15 @@ QString GuidOf(int number)
 }
 
 /// 10,000 projects on the server and 10,000 here, half of which are the same.
-void Fill(Fakes::Surroundings& around)
+void Fill(Fakes::ProjectHost& host)
 {
     for (int i = 0; i < projects; ++i)
-        around.host.projects.addServerProject(GuidOf(i), QStringLiteral("工程 %1").arg(i * 7919 % projects),
-                                              i % 2);
+        host.addServerProject(GuidOf(i), QStringLiteral("工程 %1").arg(i * 7919 % projects), i % 2);
     QJsonArray list;
     for (int i = projects / 2; i < projects + projects / 2; ++i) {
         const QString guid = GuidOf(i);
-        auto& database = Fakes::SmartDB::instance();
-        database.add(guid, QStringLiteral("工程 %1").arg(i), i % 2 == 0 ? "CIM" : "BIM").state = 1;
-        database.net.setReply("GetStatusByProjId", guid, {"1", {}, false, {}});
+        PreparedDatabase::instance().add(guid.toStdWString(), QStringLiteral("工程 %1").arg(i).toStdWString(),
+                                         i % 2 == 0 ? L"CIM" : L"BIM");
         list.append(QJsonObject{{"guid", guid}});
     }
     WriteProjectConfig(QCoreApplication::applicationDirPath() + "/ProjectConfig.json",
@@ -96,8 +77,9 @@ int main(int argumentCount, char** arguments)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QGuiApplication app(argumentCount, arguments);
-    Fakes::Surroundings around;
-    Fill(around);
+    Fakes::Host host;
+    Fill(host.projects);
+    CHomeApp::instance().m_plugin = &host;
     if (!CHomeApp::instance().Init(Fakes::TestSession()))
         return 2;
     QObject owner;

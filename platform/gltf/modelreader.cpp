@@ -336,6 +336,12 @@ bool IgnoreImage(tinygltf::Image*, const int, std::string*, std::string*, int, i
     return true;
 }
 
+/// A model file holds all that belongs to it. One that names other files would read whatever lies there.
+bool NoOtherFile(const std::string& /*file*/, void* /*context*/)
+{
+    return false;
+}
+
 } // namespace
 
 std::variant<Model, Unreadable> ReadModel(const std::filesystem::path& file)
@@ -349,6 +355,8 @@ std::variant<Model, Unreadable> ReadModel(const std::filesystem::path& file)
     try {
         tinygltf::TinyGLTF loader;
         loader.SetImageLoader(IgnoreImage, nullptr);
+        loader.SetFsCallbacks({NoOtherFile, tinygltf::ExpandFilePath, tinygltf::ReadWholeFile,
+                               tinygltf::WriteWholeFile, nullptr});
         tinygltf::Model source;
         std::string problem;
         std::string warning;

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <fstream>
 #include <map>
 
 #define TINYGLTF_NO_STB_IMAGE
@@ -161,6 +162,17 @@ private:
     std::map<std::pair<std::array<float, 4>, bool>, int> m_materials;
 };
 
+/// True when all of it has gone to the file; the library itself does not look.
+bool WriteFile(const tinygltf::Model& model, const std::string& file)
+{
+    std::ofstream stream(file, std::ios::binary);
+    tinygltf::TinyGLTF writer;
+    if (!stream || !writer.WriteGltfSceneToStream(&model, stream, false, true))
+        return false;
+    stream.close();
+    return static_cast<bool>(stream);
+}
+
 } // namespace
 
 bool WriteModel(const Model& model, const std::filesystem::path& file, const std::string& generator)
@@ -168,15 +180,15 @@ bool WriteModel(const Model& model, const std::filesystem::path& file, const std
     if (model.parts.empty())
         return false;
     const auto target = Writer(model, generator).write();
-    tinygltf::TinyGLTF writer;
     const auto half = file.string() + ".tmp";
     std::error_code error;
-    if (!writer.WriteGltfSceneToFile(&target, half, false, true, false, true)) {
-        std::filesystem::remove(half, error);
-        return false;
+    if (WriteFile(target, half)) {
+        std::filesystem::rename(half, file, error);
+        if (!error)
+            return true;
     }
-    std::filesystem::rename(half, file, error);
-    return !error;
+    std::filesystem::remove(half, error);
+    return false;
 }
 
 } // namespace gltf

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <utility>
 
 #include <curl/curl.h>
 
@@ -45,6 +46,7 @@ struct Arrival {
     std::size_t received = 0;
     bool isTooLarge = false;
     bool isRefused = false; ///< by the request's own taker
+    bool isSent = false;    ///< the request has gone out, or part of it
 
     [[nodiscard]] bool isUnwanted() const
     {
@@ -99,12 +101,24 @@ int OnProgress(void* context, curl_off_t /*downTotal*/, curl_off_t /*down*/, cur
     return static_cast<Arrival*>(context)->isUnwanted() ? 1 : 0;
 }
 
+/// The library sends a request anew, of whatever kind, when a connection that it had kept breaks under it.
+/// The server may have done by then what it was asked to: a change goes out once.
+int OnSending(void* context, char* /*theirs*/, char* /*ours*/, int /*theirPort*/, int /*ourPort*/)
+{
+    auto& arrival = *static_cast<Arrival*>(context);
+    const bool isSentAgain = std::exchange(arrival.isSent, true);
+    return isSentAgain && arrival.request.method != "GET" ? CURL_PREREQFUNC_ABORT : CURL_PREREQFUNC_OK;
+}
+
 Fault FaultOfTransfer(CURLcode result, const Arrival& arrival, const std::string& server, const char* detail)
 {
     if (arrival.isUnwanted())
         return {faultcode::cancelled, "the request was given up"};
     if (arrival.isTooLarge)
         return {faultcode::badReply, "the project server's answer is larger than any answer can be"};
+    if (result == CURLE_ABORTED_BY_CALLBACK)
+        return {faultcode::unreachable,
+                "the connection to the project server at " + server + " broke before it answered"};
     const std::string words = detail[0] != '\0' ? detail : curl_easy_strerror(result);
     if (result == CURLE_OPERATION_TIMEDOUT)
         return {faultcode::timedOut, "the project server at " + server + " does not answer in time"};
@@ -139,6 +153,8 @@ public:
         curl_easy_setopt(m_handle, CURLOPT_WRITEDATA, &arrival);
         curl_easy_setopt(m_handle, CURLOPT_HEADERFUNCTION, OnHeader);
         curl_easy_setopt(m_handle, CURLOPT_HEADERDATA, &arrival);
+        curl_easy_setopt(m_handle, CURLOPT_PREREQFUNCTION, OnSending);
+        curl_easy_setopt(m_handle, CURLOPT_PREREQDATA, &arrival);
         curl_easy_setopt(m_handle, CURLOPT_XFERINFOFUNCTION, OnProgress);
         curl_easy_setopt(m_handle, CURLOPT_XFERINFODATA, &arrival);
         curl_easy_setopt(m_handle, CURLOPT_NOPROGRESS, 0L);

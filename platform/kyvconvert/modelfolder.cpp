@@ -54,13 +54,20 @@ std::string WriteModelFolder(const SourceModel& source, const std::string& name,
     const bool isNew = std::filesystem::create_directories(folder, error);
     if (error)
         return "the folder " + folder.string() + " cannot be made: " + error.message();
-    const bool isWritten = gltf::WriteModel(source.model, folder / "model.glb", "Torvo Home kyv-convert") &&
-                           WriteJson(ModelFacts(source, name, sourceName), folder / "model.json") &&
-                           WriteJson(FloorList(source.floors), folder / "floors.json");
+    const auto geometry = folder / "model.glb";
+    const auto facts = folder / "model.json";
+    const auto floors = folder / "floors.json";
+    const bool isWritten = gltf::WriteModel(source.model, geometry, "Torvo Home kyv-convert") &&
+                           WriteJson(ModelFacts(source, name, sourceName), facts) &&
+                           WriteJson(FloorList(source.floors), floors);
     if (isWritten)
         return {};
+    for (const auto& file : {geometry, facts, floors}) {
+        if (std::filesystem::is_regular_file(file, error))
+            std::filesystem::remove(file, error);
+    }
     if (isNew)
-        std::filesystem::remove_all(folder, error);
+        std::filesystem::remove(folder, error);
     return "the folder " + folder.string() + " cannot be written";
 }
 

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <unordered_map>
+#include <map>
+#include <optional>
+#include <vector>
 
 #include <QCollator>
 #include <QObject>
@@ -38,16 +40,23 @@ public:
     [[nodiscard]] const Key& of(const QModelIndex& index);
 
     /// How many keys are kept.
-    [[nodiscard]] std::size_t count() const { return m_keys.size(); }
+    [[nodiscard]] std::size_t count() const;
 
 private:
+    /// The keys of the rows below one item; those at the end that were never asked for may be missing.
+    using Rows = std::vector<std::optional<Key>>;
+
     [[nodiscard]] Key make(const QStandardItem& item) const;
-    void forget(const QModelIndex& parent, int first, int last);
+    [[nodiscard]] Rows* rowsBelow(const QModelIndex& parent);
+    void forgetBelow(const QModelIndex& parent, int first, int last);
+    void onDataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight);
+    void onRowsInserted(const QModelIndex& parent, int first, int last);
+    void onRowsRemoved(const QModelIndex& parent, int first, int last);
 
     QPointer<const QStandardItemModel> m_model;
     QString m_textKey;
     QCollator m_collator;
-    std::unordered_map<const QStandardItem*, Key> m_keys;
+    std::map<const void*, Rows> m_keys; ///< by the item above, the root included
 };
 
 } // namespace XHUTILITY

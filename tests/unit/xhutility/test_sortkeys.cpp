@@ -18,6 +18,11 @@ private slots:
     void keysBelowARemovedItemAreDropped();
     void noKeyOutlivesAReset();
     void itemPutInThePlaceOfAnotherHasAKeyOfItsOwn();
+    void keysBelowAnItemThatAnotherTakesThePlaceOfAreDropped();
+    void keysFollowTheirItemsWhenOthersAreInsertedAbove();
+    void keysFollowTheirItemsWhenOthersAreRemovedAbove();
+    void keysFollowTheirItemsWhenTheModelItselfIsSorted();
+    void itemsOfTwoDepartmentsHaveKeysOfTheirOwn();
     void anotherTextKeyGivesOtherKeys();
     void knowsWhenItsModelIsGone();
 };
@@ -85,6 +90,74 @@ void TestSortKeys::itemPutInThePlaceOfAnotherHasAKeyOfItsOwn()
     (void)keys.of(model.index(0, 0));
     model.setItem(0, DepartmentItem(QStringLiteral("a")));
     QVERIFY(keys.of(model.index(0, 0)).isDepartment);
+}
+
+void TestSortKeys::keysBelowAnItemThatAnotherTakesThePlaceOfAreDropped()
+{
+    CTreeModel model;
+    auto* department = DepartmentItem(QStringLiteral("市政"));
+    department->appendRow(ProjectItem(QStringLiteral("桥")));
+    model.appendRow(department);
+    CSortKeys keys(&model, QStringLiteral("text1"));
+    (void)keys.of(model.index(0, 0, model.index(0, 0)));
+    model.setItem(0, ProjectItem(QStringLiteral("a")));
+    QCOMPARE(keys.count(), std::size_t(0));
+}
+
+void TestSortKeys::keysFollowTheirItemsWhenOthersAreInsertedAbove()
+{
+    CTreeModel model;
+    model.appendRow(ProjectItem(QStringLiteral("m")));
+    model.appendRow(DepartmentItem(QStringLiteral("n")));
+    CSortKeys keys(&model, QStringLiteral("text1"));
+    (void)keys.of(model.index(0, 0));
+    (void)keys.of(model.index(1, 0));
+    model.insertRow(1, ProjectItem(QStringLiteral("z")));
+    QVERIFY(keys.of(model.index(0, 0)).text < keys.of(model.index(1, 0)).text);
+    QVERIFY(keys.of(model.index(2, 0)).text < keys.of(model.index(1, 0)).text);
+    QVERIFY(keys.of(model.index(2, 0)).isDepartment);
+}
+
+void TestSortKeys::keysFollowTheirItemsWhenOthersAreRemovedAbove()
+{
+    CTreeModel model;
+    for (const auto* name : {"c", "b", "a"})
+        model.appendRow(ProjectItem(QString::fromLatin1(name)));
+    CSortKeys keys(&model, QStringLiteral("text1"));
+    for (int row = 0; row < 3; ++row)
+        (void)keys.of(model.index(row, 0));
+    model.removeRow(1);
+    QCOMPARE(keys.count(), std::size_t(2));
+    QVERIFY(keys.of(model.index(1, 0)).text < keys.of(model.index(0, 0)).text);
+}
+
+void TestSortKeys::keysFollowTheirItemsWhenTheModelItselfIsSorted()
+{
+    CTreeModel model;
+    for (const auto* name : {"b", "a"}) {
+        auto* item = ProjectItem(QString::fromLatin1(name));
+        item->setText(QString::fromLatin1(name));
+        model.appendRow(item);
+    }
+    CSortKeys keys(&model, QStringLiteral("text1"));
+    QVERIFY(keys.of(model.index(1, 0)).text < keys.of(model.index(0, 0)).text);
+    model.sort(0);
+    QVERIFY(keys.of(model.index(0, 0)).text < keys.of(model.index(1, 0)).text);
+}
+
+void TestSortKeys::itemsOfTwoDepartmentsHaveKeysOfTheirOwn()
+{
+    CTreeModel model;
+    for (const auto* name : {"a", "b"}) {
+        auto* department = DepartmentItem(QStringLiteral("市政"));
+        department->appendRow(ProjectItem(QString::fromLatin1(name)));
+        model.appendRow(department);
+    }
+    CSortKeys keys(&model, QStringLiteral("text1"));
+    const auto& first = keys.of(model.index(0, 0, model.index(0, 0)));
+    const auto& second = keys.of(model.index(0, 0, model.index(1, 0)));
+    QVERIFY(first.text < second.text);
+    QCOMPARE(keys.count(), std::size_t(2));
 }
 
 void TestSortKeys::anotherTextKeyGivesOtherKeys()

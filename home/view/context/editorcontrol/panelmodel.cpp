@@ -71,6 +71,14 @@ void SetRow(QStandardItem* item, const QVariantMap& row)
     item->setData(row, XHUTILITY::CTreeModel::valueRole);
 }
 
+/// The row of an item that nobody shows yet, without the copy that a change of the item's own would cost.
+QVariantMap TakeRow(QStandardItem* item)
+{
+    auto row = RowOf(item);
+    item->setData({}, XHUTILITY::CTreeModel::valueRole);
+    return row;
+}
+
 void SetValue(QStandardItem* item, const QString& key, const QVariant& value)
 {
     auto row = RowOf(item);
@@ -139,6 +147,8 @@ void CPanelModel::fillTree()
     // when the building is broken off is moved in as well.
     QStandardItem top;
     m_index = CTreeIndex(&top);
+    m_index.reserve(static_cast<int>(ProjectMgr().serverProjects().size()) +
+                    LocalProjects().projectGuids().size());
     const auto moveIn = qScopeGuard([&] {
         const auto items = top.takeColumn(0);
         for (auto* item : items)
@@ -184,7 +194,7 @@ void CPanelModel::AddLocalProjects(QStandardItem* parent, const TorvoSDK::SOrgNo
 {
     for (const auto& [guid, project] : projects.localProjectsOf(node)) {
         if (auto* item = m_index.find(guid)) {
-            auto row = RowOf(item);
+            auto row = TakeRow(item);
             row.insert(QStringLiteral("image2"), ProjectMgr().GetProjStatusIcon(guid));
             row.insert(QStringLiteral("text1"), NameOf(*project));
             SetRow(item, row);

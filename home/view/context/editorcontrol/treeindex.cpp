@@ -40,15 +40,14 @@ bool StandsBefore(const QStandardItem* item, const QStandardItem* other)
 void CTreeIndex::add(QStandardItem* item)
 {
     auto& items = m_items[TextOfItem(item)];
-    const auto place = std::upper_bound(items.begin(), items.end(), item, StandsBefore);
-    items.insert(place, item);
+    items.insert(std::upper_bound(items.begin(), items.end(), item, StandsBefore), item);
 }
 
 void CTreeIndex::remove(QStandardItem* item)
 {
     const auto found = m_items.find(TextOfItem(item));
     if (found != m_items.end()) {
-        found->removeOne(item);
+        found->erase(std::remove(found->begin(), found->end(), item), found->end());
         if (found->isEmpty())
             m_items.erase(found);
     }
@@ -62,7 +61,7 @@ QStandardItem* CTreeIndex::find(const QString& text) const
     if (text.isEmpty())
         return m_root;
     const auto found = m_items.constFind(text);
-    return found != m_items.constEnd() ? found->constFirst() : nullptr;
+    return found != m_items.constEnd() ? found->first() : nullptr;
 }
 
 } // namespace TorvoEditor

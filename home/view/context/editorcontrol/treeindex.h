@@ -3,7 +3,7 @@
 
 #include <QHash>
 #include <QString>
-#include <QVector>
+#include <QVarLengthArray>
 
 class QStandardItem;
 
@@ -23,6 +23,9 @@ public:
     {
     }
 
+    /// So many items are about to come.
+    void reserve(int count) { m_items.reserve(count); }
+
     /// The items below the root have moved, in their order, to the place below `root`.
     void setRoot(QStandardItem* root) { m_root = root; }
 
@@ -36,8 +39,11 @@ public:
     [[nodiscard]] QStandardItem* find(const QString& text) const;
 
 private:
+    /// Nearly always one item, for which there is room without asking for memory.
+    using Items = QVarLengthArray<QStandardItem*, 1>;
+
     QStandardItem* m_root;
-    QHash<QString, QVector<QStandardItem*>> m_items; ///< by text, in the order of the walk
+    QHash<QString, Items> m_items; ///< by text, in the order of the walk
 };
 
 } // namespace TorvoEditor

@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <stdexcept>
+#include <string_view>
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
@@ -14,6 +15,20 @@ namespace
 {
 
 constexpr int patience = 20; ///< milliseconds between two looks at whether the server has been stopped
+
+/// The header has come, and as much behind it as it says.
+bool IsWhole(const std::string& request)
+{
+    constexpr std::string_view separator = "\r\n\r\n";
+    constexpr std::string_view lengthHeader = "Content-Length: ";
+    const auto headerEnd = request.find(separator);
+    if (headerEnd == std::string::npos)
+        return false;
+    const auto length = request.find(lengthHeader);
+    const auto bodySize =
+        length < headerEnd ? std::stoul(request.substr(length + lengthHeader.size())) : std::size_t(0);
+    return request.size() >= headerEnd + separator.size() + bodySize;
+}
 
 } // namespace
 
@@ -47,6 +62,12 @@ std::vector<std::string> ScriptedServer::paths() const
     return m_paths;
 }
 
+std::vector<std::string> ScriptedServer::requests() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_requests;
+}
+
 ScriptedServer::Answer ScriptedServer::reply(int status, const std::string& body, const std::string& header)
 {
     return {"HTTP/1.1 " + std::to_string(status) + " -\r\nConnection: close\r\nContent-Length: " +
@@ -61,15 +82,17 @@ void ScriptedServer::serve()
         if (poll(&waiting, 1, patience) <= 0)
             continue;
         const int connection = accept(m_listener, nullptr, nullptr);
-        if (connection >= 0)
-            m_connections.emplace_back([this, connection] { answer(connection); });
+        if (connection < 0)
+            continue;
+        ++m_connectionCount;
+        m_connections.emplace_back([this, connection] { serveConnection(connection); });
     }
 }
 
-void ScriptedServer::answer(int connection)
+std::string ScriptedServer::receive(int connection) const
 {
     std::string request;
-    while (!m_isStopped && request.find("\r\n\r\n") == std::string::npos) {
+    while (!m_isStopped && !IsWhole(request)) {
         pollfd waiting{connection, POLLIN, 0};
         if (poll(&waiting, 1, patience) <= 0)
             continue;
@@ -79,23 +102,41 @@ void ScriptedServer::answer(int connection)
             break;
         request.append(bytes, static_cast<std::size_t>(count));
     }
-    const auto begin = request.find(' ') + 1;
-    const std::string path = request.substr(begin, request.find(' ', begin) - begin);
-    {
-        const std::lock_guard lock(m_mutex);
-        m_paths.push_back(path);
+    return request;
+}
+
+void ScriptedServer::serveConnection(int connection)
+{
+    for (bool goesOn = true; goesOn && !m_isStopped;) {
+        const std::string request = receive(connection);
+        if (request.empty())
+            break;
+        const auto begin = request.find(' ') + 1;
+        const std::string path = request.substr(begin, request.find(' ', begin) - begin);
+        {
+            const std::lock_guard lock(m_mutex);
+            m_paths.push_back(path);
+            m_requests.push_back(request);
+        }
+        const auto answer = m_script(path);
+        send(connection, answer);
+        goesOn = answer.takesTheNext;
     }
-    const auto given = m_script(path);
-    if (given.millisecondsBetweenBytes == 0) {
-        send(connection, given.bytes.data(), given.bytes.size(), MSG_NOSIGNAL);
+    close(connection);
+    ++m_closedCount;
+}
+
+void ScriptedServer::send(int connection, const Answer& answer) const
+{
+    if (answer.millisecondsBetweenBytes == 0) {
+        ::send(connection, answer.bytes.data(), answer.bytes.size(), MSG_NOSIGNAL);
     } else {
-        for (std::size_t i = 0; i < given.bytes.size() && !m_isStopped; ++i) {
-            if (send(connection, given.bytes.data() + i, 1, MSG_NOSIGNAL) != 1)
+        for (std::size_t i = 0; i < answer.bytes.size() && !m_isStopped; ++i) {
+            if (::send(connection, answer.bytes.data() + i, 1, MSG_NOSIGNAL) != 1)
                 break;
-            std::this_thread::sleep_for(std::chrono::milliseconds(given.millisecondsBetweenBytes));
+            std::this_thread::sleep_for(std::chrono::milliseconds(answer.millisecondsBetweenBytes));
         }
     }
-    while (given.neverEnds && !m_isStopped)
+    while (answer.neverEnds && !m_isStopped)
         std::this_thread::sleep_for(std::chrono::milliseconds(patience));
-    close(connection);
 }

@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: MIT
+#include "gltf/modelwriter.h"
+#include "models.h"
+
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+/// The program as those who start it see it: arguments, words, exit code.
+class TestConverter : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+
+    void modelFolderAndPictureAreMade();
+    void progressRisesToAHundred();
+    void modelIsNamedAfterItsFileWhenNobodyNamesIt();
+    void onlyTheNamedPartIsConverted();
+    void unknownPartIsTold();
+    void missingArgumentsAreTold();
+    void missingSourceIsTold();
+    void damagedSourceIsToldAndLeavesNothing();
+    void folderThatCannotBeMadeIsTold();
+    void pictureThatCannotBeWrittenIsTold();
+
+private:
+    struct Run {
+        int exitCode;
+        QString out;
+        QString error;
+    };
+    [[nodiscard]] static Run run(const QStringList& arguments);
+    [[nodiscard]] QString path(const char* name) const { return m_folder->filePath(name); }
+    [[nodiscard]] QJsonObject facts() const;
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+void TestConverter::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    QVERIFY(gltf::WriteModel(House(), path("house.glb").toStdString(), "test"));
+}
+
+TestConverter::Run TestConverter::run(const QStringList& arguments)
+{
+    QProcess converter;
+    converter.start(QStringLiteral(TORVO_CONVERTER), arguments);
+    if (!converter.waitForFinished(60000) || converter.exitStatus() != QProcess::NormalExit)
+        return {-1, {}, converter.errorString()};
+    return {converter.exitCode(), QString::fromUtf8(converter.readAllStandardOutput()),
+            QString::fromUtf8(converter.readAllStandardError())};
+}
+
+QJsonObject TestConverter::facts() const
+{
+    QFile file(path("model/model.json"));
+    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
+}
+
+void TestConverter::modelFolderAndPictureAreMade()
+{
+    const auto done =
+        run({"--name", "房子", "--picture", path("house.jpg"), path("house.glb"), path("model")});
+    QCOMPARE(done.error, QString());
+    QCOMPARE(done.exitCode, 0);
+    QCOMPARE(QDir(path("model")).entryList(QDir::Files),
+             QStringList({"floors.json", "model.glb", "model.json"}));
+    QCOMPARE(facts().value("name").toString(), QStringLiteral("房子"));
+    QCOMPARE(facts().value("source").toString(), QStringLiteral("house.glb"));
+    QCOMPARE(facts().value("triangles").toInt(), 3);
+    QCOMPARE(QImage(path("house.jpg")).size(), QSize(930, 501));
+}
+
+void TestConverter::progressRisesToAHundred()
+{
+    const auto lines = run({path("house.glb"), path("model")}).out.split('\n', Qt::SkipEmptyParts);
+    QVERIFY(!lines.isEmpty());
+    int last = -1;
+    for (const auto& line : lines) {
+        QVERIFY(line.startsWith("percent "));
+        const int percent = line.mid(8).toInt();
+        QVERIFY(percent > last);
+        last = percent;
+    }
+    QCOMPARE(last, 100);
+}
+
+void TestConverter::modelIsNamedAfterItsFileWhenNobodyNamesIt()
+{
+    QCOMPARE(run({path("house.glb"), path("model")}).exitCode, 0);
+    QCOMPARE(facts().value("name").toString(), QStringLiteral("house"));
+}
+
+void TestConverter::onlyTheNamedPartIsConverted()
+{
+    QCOMPARE(run({"--only", "一层", path("house.glb"), path("model")}).exitCode, 0);
+    QCOMPARE(facts().value("triangles").toInt(), 1);
+    QCOMPARE(facts().value("nodes").toInt(), 3);
+}
+
+void TestConverter::unknownPartIsTold()
+{
+    const auto done = run({"--only", "三层", path("house.glb"), path("model")});
+    QCOMPARE(done.exitCode, 3);
+    QVERIFY(done.error.contains("no node with this name"));
+    QVERIFY(!QFile::exists(path("model")));
+}
+
+void TestConverter::missingArgumentsAreTold()
+{
+    const auto done = run({path("house.glb")});
+    QCOMPARE(done.exitCode, 2);
+    QVERIFY(done.error.contains("--help"));
+}
+
+void TestConverter::missingSourceIsTold()
+{
+    const auto done = run({path("gone.ifc"), path("model")});
+    QCOMPARE(done.exitCode, 3);
+    QVERIFY2(done.error.contains(path("gone.ifc")), qPrintable(done.error));
+}
+
+void TestConverter::damagedSourceIsToldAndLeavesNothing()
+{
+    QFile file(path("house.glb"));
+    QVERIFY(file.resize(300));
+    const auto done = run({path("house.glb"), path("model")});
+    QCOMPARE(done.exitCode, 3);
+    QVERIFY2(done.error.startsWith("kyv-convert: the file cannot be read: "), qPrintable(done.error));
+    QVERIFY(!QFile::exists(path("model")));
+}
+
+void TestConverter::folderThatCannotBeMadeIsTold()
+{
+    const auto done = run({path("house.glb"), path("house.glb") + "/model"});
+    QCOMPARE(done.exitCode, 4);
+    QVERIFY2(done.error.contains(path("house.glb") + "/model"), qPrintable(done.error));
+}
+
+void TestConverter::pictureThatCannotBeWrittenIsTold()
+{
+    const auto done = run({"--picture", path("none/house.jpg"), path("house.glb"), path("model")});
+    QCOMPARE(done.exitCode, 4);
+    QVERIFY2(done.error.contains("picture"), qPrintable(done.error));
+}
+
+QTEST_GUILESS_MAIN(TestConverter)
+#include "test_converter.moc"
