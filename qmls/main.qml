@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 import QtQuick 2.15
 import "qrc:/EditorCommon/qmls/Config"
+import "component"
 
 /// The root of the home window: title bar, left panel, cards, and the boxes that all of them share. It wires the
 /// signals of the screens to the managers.
@@ -49,7 +50,7 @@ Item {
             height: parent.height
             color: EConfig.eBackGround
             panelModel: leftPanelModel
-            onSingInnerCreate: mainRoot.notYet("newProDialog.open", "")
+            onSingInnerCreate: newProDialog.open()
             onSendProjectInfo: mainRoot.notYet("infoCardCtrl.showProjectInfo", guid)
         }
 
@@ -80,11 +81,18 @@ Item {
             }
         }
 
+        NewProjectDialog {
+            id: newProDialog
+
+            parent: mainRoot
+            onSendClicked: editorControl.slotCreateProject()
+        }
+
         Connections {
             target: tabMgr
 
             function onSigCreateBimProj() {
-                mainRoot.notYet("newProDialog.openBimProj", "")
+                newProDialog.openBimProj()
             }
         }
     }
@@ -107,5 +115,9 @@ Item {
         parent: mainRoot
         onYesClick: messageBoxMgr.callResultCallBack(true)
         onNoClick: messageBoxMgr.callResultCallBack(false)
+    }
+
+    EditFileDialog {
+        id: globalFileDialog
     }
 }

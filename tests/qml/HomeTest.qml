@@ -48,6 +48,7 @@ Item {
         function getVersion() { return "V1.2" }
         function reflushProjTree() { home.called("editorControl.reflushProjTree") }
         function slotTreeDblClick(guid) { home.called("editorControl.slotTreeDblClick", guid) }
+        function slotCreateProject() { home.called("editorControl.slotCreateProject") }
         function slotRemoveProject(guid) { home.called("editorControl.slotRemoveProject", guid) }
         function slotSyncProject(guid) { home.called("editorControl.slotSyncProject", guid) }
         function slotUploadProject(guid) { home.called("editorControl.slotUploadProject", guid) }
@@ -80,6 +81,27 @@ Item {
     }
 
     property QtObject gridViewModel: null
+    property QtObject orgModel: null
+
+    property QtObject proInfoModel: QtObject {
+        property string projGuid: "shown"
+
+        function setBelongRegion(...values) { home.called("proInfoModel.setBelongRegion", ...values) }
+        function setProjInfo(...values) { home.called("proInfoModel.setProjInfo", ...values) }
+    }
+
+    /// Where main.qml has none of its own.
+    property QtObject globalFileDialog: QtObject {
+        property string title: ""
+        property var nameFilters: []
+        property var accept: null
+
+        function reset() { home.called("globalFileDialog.reset") }
+        function open(acceptCallback) {
+            home.called("globalFileDialog.open")
+            accept = acceptCallback
+        }
+    }
 
     function called(name, ...values) {
         home.calls.push(name + "(" + values.join(",") + ")")

@@ -5,6 +5,7 @@
 
 #include "XHUtility/sorttreemodel.h"
 #include "XHUtility/treemodel.h"
+#include "core/tools.h"
 #include "view/context/editorcontrol/gridviewdata.h"
 #include "view/context/editorcontrol/gridviewlistmodel.h"
 
@@ -200,6 +201,9 @@ public slots:
     void qmlEngineAvailable(QQmlEngine* engine)
     {
         qmlRegisterType<TorvoEditor::CGridViewData>("myData.CGridViewData", 1, 0, "CGridViewData");
+        qmlRegisterSingletonType<TorvoEditor::Tools>(
+            "Tools", 1, 0, "Tools",
+            [](QQmlEngine*, QJSEngine*) -> QObject* { return new TorvoEditor::Tools; });
         qmlRegisterAnonymousType<XHUTILITY::CSortTreeModel>("XHUtility", 1);
         engine->rootContext()->setContextProperty(QStringLiteral("screens"), new Screens(engine));
     }

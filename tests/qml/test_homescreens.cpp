@@ -21,9 +21,11 @@
 #include <memory>
 #include <optional>
 
+#include <QApplication>
 #include <QQmlContext>
 #include <QQuickItem>
 #include <QTest>
+#include <QWidget>
 
 using namespace TorvoEditor;
 
@@ -142,7 +144,8 @@ private slots:
     {
         QTest::addColumn<QString>("name");
         for (const char* name : {"rootView", "appPath", "tabMgr", "tab", "gridViewModel", "gridViewCtrl",
-                                 "leftPanelModel", "editorControl", "messageBoxMgr", "serviceConvertMgr"})
+                                 "leftPanelModel", "editorControl", "messageBoxMgr", "serviceConvertMgr",
+                                 "proInfoModel", "infoCardCtrl", "orgModel"})
             QTest::newRow(name) << QString::fromLatin1(name);
     }
     void everyNameOfTheScreensIsPublished()
@@ -231,6 +234,55 @@ private slots:
         home.draw();
         QTest::keyClick(home.window.get(), Qt::Key_Escape);
         QTRY_VERIFY(home.item(QStringLiteral("yesBtn")) == nullptr);
+    }
+
+    void aNewProjectComesByClicks()
+    {
+        const Home home;
+        QVERIFY(home.isShown());
+        home.click(QStringLiteral("createBtn"));
+        QTRY_VERIFY(home.item(QStringLiteral("nameField")) != nullptr);
+        QTRY_VERIFY(home.item(QStringLiteral("nameField"))->hasActiveFocus());
+        home.draw();
+        for (const char letter : {'a', 'b', 'c'})
+            QTest::keyClick(home.window.get(), letter);
+        home.click(QStringLiteral("newProjectBtn"));
+        QTRY_COMPARE(home.cards().count(), 1);
+        QCOMPARE(home.cards().getProjectInfoData(0)->name(), QStringLiteral("abc"));
+        QCOMPARE(home.cards().getProjectInfoData(0)->projType(), QStringLiteral("CIM"));
+        QTRY_VERIFY(home.item(QStringLiteral("nameField")) == nullptr);
+        home.draw();
+    }
+
+    void theFormOfTheOtherVariantDraws()
+    {
+        const Home home;
+        QVERIFY(home.isShown());
+        Mgr<CEditorControl>().setIsBimSdk(true);
+        home.click(QStringLiteral("createBtn"));
+        QTRY_VERIFY(home.item(QStringLiteral("departmentBox")) != nullptr);
+        QTRY_VERIFY(home.item(QStringLiteral("nameField"))->hasActiveFocus());
+        home.draw();
+        home.click(QStringLiteral("departmentBox"));
+        QTRY_VERIFY(home.item(QStringLiteral("orgTree")) != nullptr);
+        home.draw();
+    }
+
+    void theFileDialogComesAndGoes()
+    {
+        const Home home;
+        QVERIFY(home.isShown());
+        home.click(QStringLiteral("createBtn"));
+        QTRY_VERIFY(home.item(QStringLiteral("fileBtn")) != nullptr);
+        QTRY_VERIFY(home.item(QStringLiteral("nameField"))->hasActiveFocus());
+        for (int i = 0; i < 2; ++i) {
+            home.click(QStringLiteral("fileBtn"));
+            QTRY_VERIFY(QApplication::activeModalWidget() != nullptr);
+            QCOMPARE(QApplication::activeModalWidget()->windowTitle(), QStringLiteral("请选择文件"));
+            QApplication::activeModalWidget()->close();
+            QTRY_VERIFY(QApplication::activeModalWidget() == nullptr);
+        }
+        QVERIFY(home.item(QStringLiteral("nameField")) != nullptr);
     }
 
     void manyTabsDraw()

@@ -161,7 +161,7 @@ private slots:
         const QStringList fixed{QStringLiteral("#f0f0f0"), QStringLiteral("#dddddd"),
                                 QStringLiteral("#d9a44c"), QStringLiteral("#00c7f5"),
                                 QStringLiteral("#2e2e2e"), QStringLiteral("#2a2a2a"),
-                                QStringLiteral("#1473e6")};
+                                QStringLiteral("#272727"), QStringLiteral("#1473e6")};
         auto each = QRegularExpression(QStringLiteral("\"(#[0-9a-fA-F]+)\"")).globalMatch(TextOf(file));
         while (each.hasNext()) {
             const QString colour = each.next().captured(1);
@@ -237,6 +237,8 @@ private slots:
             {"name on a card that must be upgraded", "eTextHighColor", "eGridBackGround", 4.5},
             {"label of a field", "eInputFieldText", "eDialogBackground", 4.5},
             {"label of a field that is wrong", "eInputFieldTextInvalid", "eDialogBackground", 4.5},
+            {"department of the form", "#dddddd", "#272727", 4.5},
+            {"department under the pointer", "#dddddd", "#2a2a2a", 4.5},
             {"text in a field", "textColor", "eInputFieldBackGround", 4.5},
             {"hint in a field", "eQuietText", "eInputFieldBackGround", 4.5},
             {"hint on an empty tree", "eQuietText", "eBackGround", 4.5},

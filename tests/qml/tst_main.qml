@@ -124,8 +124,7 @@ HomeTest {
         function test_buttonsOfLaterVersionsLogOneLineAndShowNothing_data() {
             return [
                 { tag: "proInfoBtn", action: "infoCardCtrl.showProjectInfo", guid: "g1" },
-                { tag: "kyvconvertBtn", action: "serviceConvertMgr.checkServiceConvert", guid: "g1" },
-                { tag: "createBtn", action: "newProDialog.open", guid: "" }
+                { tag: "kyvconvertBtn", action: "serviceConvertMgr.checkServiceConvert", guid: "g1" }
             ]
         }
 
@@ -216,10 +215,25 @@ HomeTest {
             compare(lines, ["main.qml: no manager takes infoCardCtrl.showProjectInfo a"])
         }
 
-        function test_aChildThatWantsANewBuildingLogsOneLine() {
-            screens.takeInfos()
+        function test_theCreateButtonLeadsToANewProject() {
+            click("createBtn")
+            tryVerify(function() { return home.findShown("nameField") !== null && home.findShown("nameField").activeFocus })
+            home.findShown("nameField").text = "新区"
+            mouseClick(home.findShown("newProjectBtn"))
+            const calls = home.takeCalls().slice(-2)
+            // The type is that of the last time.
+            verify(/^proInfoModel.setProjInfo\(新区,(CIM|BIM),,,,,\)$/.test(calls[0]), calls[0])
+            compare(calls[1], "editorControl.slotCreateProject()")
+            tryVerify(function() { return home.findShown("nameField") === null })
+        }
+
+        function test_aChildThatWantsANewBuildingGetsTheFormForIt() {
             tabMgr.sigCreateBimProj()
-            notYet("newProDialog.openBimProj", "")
+            tryVerify(function() { return home.findShown("nameField") !== null && home.findShown("nameField").activeFocus })
+            home.findShown("nameField").text = "新楼"
+            keyClick(Qt.Key_Return)
+            compare(home.takeCalls(), ["proInfoModel.setProjInfo(新楼,BIM,,,,,)", "editorControl.slotCreateProject()"])
+            tryVerify(function() { return home.findShown("nameField") === null })
         }
 
         // Messages.

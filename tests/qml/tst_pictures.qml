@@ -31,7 +31,8 @@ HomeTest {
                 { tag: "types", names: sets(["bar_ic_bim", "bar_ic_scene"], ["", "_hover"])
                                        .concat(["bar_ic_default", "bar_ic_hover", "ic_xiala", "ic_xiala_hover"]) },
                 { tag: "panel", names: ["ic_refresh", "ic_refresh_hover", "bt_ic_add", "bt_ic_add_hover", "bar_ic_zhankai",
-                                        "bar_ic_shouqi", "ic_project", "ic_company"] }
+                                        "bar_ic_shouqi", "ic_project", "ic_company"] },
+                { tag: "form", names: ["ic_xuanzhong", "pop_box_ic_file", "pop_box_ic_file_hover"] }
             ]
         }
 

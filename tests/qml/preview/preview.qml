@@ -26,6 +26,7 @@ HomeTest {
 
         function initTestCase() {
             home.gridViewModel = screens.makeCards()
+            home.orgModel = screens.makeTree(departments())
             leftPanelModel.treeModel = screens.makeTree(projects())
             loader.source = "qrc:/qmls/main.qml"
             verify(loader.item !== null)
@@ -49,6 +50,13 @@ HomeTest {
             return [{ text1: "第一建设集团", text2: "o1", type: "orgType", image1: "qrc:/images/ic_company.png", rows: [
                 { text1: "华东项目部", text2: "o2", type: "orgType", image1: "qrc:/images/ic_project.png", rows: projects() },
                 { text1: "华南项目部", text2: "o3", type: "orgType", image1: "qrc:/images/ic_project.png", rows: [] }
+            ] }]
+        }
+
+        function departments() {
+            return [{ text1: "1", id: "o1", name: "第一建设集团", canSelect: false, rows: [
+                { text1: "2", id: "o2", name: "华东项目部", canSelect: true },
+                { text1: "3", id: "o3", name: "华南项目部", canSelect: true }
             ] }]
         }
 
@@ -122,6 +130,41 @@ HomeTest {
             tryCompare(check.popup, "opened", true)
             shoot("choice")
             keyClick(Qt.Key_Escape)
+        }
+
+        function openForm() {
+            addCards()
+            mouseClick(findChild(loader.item, "createBtn"))
+            tryVerify(function() { return home.findShown("nameField") !== null && home.findShown("nameField").activeFocus })
+        }
+
+        function closeForm() {
+            keyClick(Qt.Key_Escape)
+            tryVerify(function() { return home.findShown("nameField") === null })
+        }
+
+        function test_8_newProject() {
+            openForm()
+            shoot("new-project")
+            mouseClick(home.findShown("newProjectBtn"))
+            shoot("new-project-without-name")
+            closeForm()
+        }
+
+        function test_9_newProjectOfADepartment() {
+            editorControl.isBimSdk = true
+            openForm()
+            home.findShown("nameField").text = "老城区改造场景"
+            mouseClick(home.findShown("newProjectBtn"))
+            shoot("new-project-without-department")
+            mouseClick(home.findShown("departmentBox"))
+            tryVerify(function() { return home.findShown("orgRow_o2") !== null })
+            mouseMove(home.findShown("orgRow_o2"), 60, 15)
+            shoot("departments")
+            mouseClick(home.findShown("orgRow_o3"))
+            tryVerify(function() { return home.findShown("orgRow_o3") === null })
+            shoot("new-project-of-a-department")
+            closeForm()
         }
     }
 }
