@@ -74,8 +74,8 @@ SProjectInfoRecord LocalRecord(const QString& guid)
 /// Fetches the picture of a project that is not here and gives its path, also when there is none.
 QString FetchPicture(const QString& guid)
 {
-    const QString path = QCoreApplication::applicationDirPath() + QStringLiteral("/projImage/") + guid +
-                         QStringLiteral(".jpg");
+    QString path = QCoreApplication::applicationDirPath() + QStringLiteral("/projImage/") + guid +
+                   QStringLiteral(".jpg");
     QFile::remove(path);
     try {
         ProjectMgr().DownloadProjFile(guid, QStringLiteral("projimage.jpg"), path);
