@@ -5,9 +5,11 @@
 #include "road/processes.h"
 #include "road/samplecontent.h"
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QTest>
@@ -28,7 +30,12 @@ bool Check::run()
            take("tree", &Check::openTree) && take("downloading", &Check::beginDownload) &&
            take("downloaded", &Check::finishDownload) && take("cards", &Check::fillHome) &&
            take("opened", &Check::openProject) && take("turned", &Check::turnModel) &&
-           take("home again", &Check::goHome) && take("closed", &Check::closeProject);
+           take("home again", &Check::goHome) && take("closed", &Check::closeProject) &&
+           take("new project", &Check::askForNewProject) && take("created", &Check::createProject) &&
+           take("first upload", &Check::uploadNewProject) && take("edited", &Check::editInTab) &&
+           take("uploaded", &Check::uploadEdit) && take("colleague updated", &Check::updateColleague) &&
+           take("updated", &Check::updateFromColleague) && take("conflict", &Check::makeConflict) &&
+           take("forced", &Check::forceUpload) && take("removed", &Check::removeNewProject);
 }
 
 bool Check::take(const char* name, Step step)
@@ -117,4 +124,88 @@ bool Check::closeProject()
 {
     return m_session.turnTo(road::house) && m_session.closeCurrentTab() && HomeScreen::tabs().isEmpty() &&
            WaitFor([this] { return m_session.isNoChildSeen() && road::Children().isEmpty(); });
+}
+
+const road::Colleague& Check::colleague()
+{
+    if (!m_colleague)
+        m_colleague = std::make_unique<road::Colleague>(road::Session::serverAddress());
+    return *m_colleague;
+}
+
+bool Check::askForNewProject()
+{
+    return m_session.home().click(QStringLiteral("createBtn")) &&
+           WaitFor([] { return HomeScreen::shows(QStringLiteral("newProjectBtn")); });
+}
+
+bool Check::createProject()
+{
+    const QStringList before = HomeScreen::cards();
+    if (!m_session.home().click(QStringLiteral("nameField")))
+        return false;
+    m_session.desktop().type(QStringLiteral("Riverside"));
+    const auto isMade = [&] {
+        const auto cards = HomeScreen::cards();
+        const auto made = std::find_if(cards.begin(), cards.end(),
+                                       [&](const QString& guid) { return !before.contains(guid); });
+        m_created = made != cards.end() ? *made : QString();
+        return !m_created.isEmpty();
+    };
+    return m_session.home().click(QStringLiteral("newProjectBtn")) && WaitFor(isMade) &&
+           HomeScreen::stateOf(m_created) == road::onlyHere;
+}
+
+bool Check::uploadNewProject()
+{
+    return m_session.upload(m_created) && colleague().download(m_created);
+}
+
+bool Check::editHouse(const QString& note)
+{
+    return m_session.open(road::house) && m_session.writeNote(note) && m_session.closeCurrentTab();
+}
+
+bool Check::editInTab()
+{
+    return colleague().download(road::house) && editHouse(QStringLiteral("first")) &&
+           WaitFor([] { return HomeScreen::stateOf(road::house) == road::changedHere; });
+}
+
+bool Check::uploadEdit()
+{
+    return m_session.upload(road::house) && colleague().stateOf(road::house) == road::changedThere;
+}
+
+bool Check::updateColleague()
+{
+    return colleague().update(road::house) && colleague().noteOf(road::house).contains("first") &&
+           colleague().stateOf(road::house) == road::upToDate;
+}
+
+bool Check::updateFromColleague()
+{
+    const road::Colleague here(road::Session::serverAddress(),
+                               QCoreApplication::applicationDirPath() + "/data");
+    return colleague().edit(road::house, QStringLiteral("of-the-colleague")) &&
+           colleague().upload(road::house) && m_session.update(road::house) &&
+           here.noteOf(road::house) == QLatin1String("of-the-colleague");
+}
+
+bool Check::makeConflict()
+{
+    return colleague().edit(road::house, QStringLiteral("of-the-colleague-again")) &&
+           colleague().upload(road::house) && editHouse(QStringLiteral("mine")) &&
+           WaitFor([] { return HomeScreen::stateOf(road::house) == road::changedOnBoth; });
+}
+
+bool Check::forceUpload()
+{
+    return m_session.upload(road::house) && colleague().update(road::house) &&
+           colleague().noteOf(road::house).contains("mine");
+}
+
+bool Check::removeNewProject()
+{
+    return m_session.removeFromList(m_created) && HomeScreen::projectsInTree().contains(m_created);
 }

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "road/colleague.h"
 #include "road/session.h"
+
+#include <memory>
 
 #include <QString>
 
@@ -36,9 +39,24 @@ private:
     [[nodiscard]] bool turnModel();
     [[nodiscard]] bool goHome();
     [[nodiscard]] bool closeProject();
+    [[nodiscard]] bool askForNewProject();
+    [[nodiscard]] bool createProject();
+    [[nodiscard]] bool uploadNewProject();
+    [[nodiscard]] bool editInTab();
+    [[nodiscard]] bool uploadEdit();
+    [[nodiscard]] bool updateColleague();
+    [[nodiscard]] bool updateFromColleague();
+    [[nodiscard]] bool makeConflict();
+    [[nodiscard]] bool forceUpload();
+    [[nodiscard]] bool removeNewProject();
+    /// Opens the house, writes a note, saves and closes the tab.
+    [[nodiscard]] bool editHouse(const QString& note);
+    [[nodiscard]] const road::Colleague& colleague();
 
     QString m_shots;
     pid_t m_server;
     int m_number = 0;
     road::Session m_session;
+    std::unique_ptr<road::Colleague> m_colleague;
+    QString m_created; ///< guid of the project that was made
 };

@@ -38,6 +38,17 @@ QList<QQuickItem*> VisibleItems(const std::function<bool(const QQuickItem&)>& wa
     return found;
 }
 
+/// What follows `prefix` in the names of the things that can be seen.
+QStringList GuidsBehind(const QString& prefix)
+{
+    QStringList guids;
+    const auto items =
+        VisibleItems([&](const QQuickItem& item) { return item.objectName().startsWith(prefix); });
+    for (const auto* item : items)
+        guids.append(item->objectName().mid(prefix.size()));
+    return guids;
+}
+
 /// A row of the tree, and which.
 struct Row {
     QQuickItem* item;
@@ -190,13 +201,12 @@ bool HomeScreen::clickOnCard(const QString& guid, const QString& objectName)
 
 QStringList HomeScreen::tabs()
 {
-    const QString prefix = QStringLiteral("tab_");
-    QStringList guids;
-    const auto items =
-        VisibleItems([&](const QQuickItem& item) { return item.objectName().startsWith(prefix); });
-    for (const auto* item : items)
-        guids.append(item->objectName().mid(prefix.size()));
-    return guids;
+    return GuidsBehind(QStringLiteral("tab_"));
+}
+
+QStringList HomeScreen::cards()
+{
+    return GuidsBehind(QStringLiteral("card_"));
 }
 
 QRect HomeScreen::contentArea()

@@ -52,6 +52,8 @@ public:
 
     /// The card of a project; null when there is none.
     [[nodiscard]] static QQuickItem* card(const QString& guid) { return item("card_" + guid); }
+    /// The guids of the projects whose cards can be seen.
+    [[nodiscard]] static QStringList cards();
     /// What the card says of its project: its state, and what is being done; -1 without a card.
     [[nodiscard]] static int stateOf(const QString& guid);
     [[nodiscard]] static int operationOf(const QString& guid);

@@ -29,6 +29,16 @@ constexpr int loadMilliseconds = 60000;
 /// Shades of an empty view, with a margin; a model of several materials in light and shadow has many more.
 constexpr int coloursOfEmptyView = 16;
 
+shell::HostConfig HostConfigHere()
+{
+    QString problem;
+    auto config =
+        shell::ReadHostConfig(shell::HostConfigFile(), {QCoreApplication::applicationFilePath()}, problem);
+    if (!problem.isEmpty())
+        throw std::runtime_error(problem.toStdString());
+    return config;
+}
+
 } // namespace
 
 Session::Session()
@@ -43,13 +53,13 @@ Session::~Session()
 
 void Session::startHost()
 {
-    QString problem;
-    const auto config =
-        shell::ReadHostConfig(shell::HostConfigFile(), {QCoreApplication::applicationFilePath()}, problem);
-    if (!problem.isEmpty())
-        throw std::runtime_error(problem.toStdString());
-    m_host = std::make_unique<shell::Host>(config);
+    m_host = std::make_unique<shell::Host>(HostConfigHere());
     m_host->start();
+}
+
+QString Session::serverAddress()
+{
+    return HostConfigHere().server;
 }
 
 bool Session::showLogin()

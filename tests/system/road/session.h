@@ -71,6 +71,9 @@ public:
     /// Ends the host.
     void leave();
 
+    /// The project server in the settings of this folder's host.
+    [[nodiscard]] static QString serverAddress();
+
 private:
     [[nodiscard]] bool press(const QString& guid, const QString& button, const QString& question);
 
