@@ -19,6 +19,8 @@ void Progress::add(std::uint64_t bytes)
 {
     const std::lock_guard lock(m_mutex);
     m_done = std::min(m_bytes, m_done + bytes);
+    if (m_what.empty())
+        return;
     const int percent = m_bytes == 0 ? 100 : static_cast<int>(m_done * 100 / m_bytes);
     if (percent <= m_told)
         return;
