@@ -7,8 +7,9 @@
 #include "wire/cutting.h"
 #include "wire/projectfolder.h"
 
-#include <algorithm>
+#include <atomic>
 #include <fstream>
+#include <future>
 
 namespace ZRSmartDB
 {
@@ -82,8 +83,8 @@ LocalTree::LocalTree(fs::path folder, fs::path scratch)
     } catch (const fs::filesystem_error& error) {
         throw Failure(localcode::cannotWrite, m_folder.string() + " cannot be read: " + error.what());
     }
-    for (const auto& path : paths)
-        describe(path, known);
+    for (auto& file : describeAll(paths, known))
+        take(std::move(file));
     if (const auto refusal = wire::ManifestRefusal(m_manifest); !refusal.empty())
         throw Failure(localcode::badInput, "the project cannot be sent: " + refusal);
     m_state.revision = wire::ToHex(wire::RootOf(m_manifest));
@@ -91,55 +92,81 @@ LocalTree::LocalTree(fs::path folder, fs::path scratch)
 
 LocalTree::~LocalTree() = default;
 
-void LocalTree::describe(const std::string& path, const Known& known)
+std::vector<LocalTree::Described> LocalTree::describeAll(const std::vector<std::string>& paths,
+                                                         const Known& known) const
+{
+    std::vector<Described> files(paths.size());
+    std::atomic<std::size_t> next = 0;
+    const auto work = [&] {
+        try {
+            for (auto i = next++; i < paths.size(); i = next++)
+                files[i] = describe(paths[i], m_scratch / ("snapshot-" + std::to_string(i)), known);
+        } catch (...) {
+            next = paths.size(); // the other need not go on
+            throw;
+        }
+    };
+    auto other = std::async(std::launch::async, work);
+    work();
+    other.get();
+    return files;
+}
+
+LocalTree::Described LocalTree::describe(const std::string& path, const fs::path& scratch,
+                                         const Known& known) const
 {
     const bool isProject = path == wire::projectDatabaseName;
     const auto file = m_folder / PathOfUtf8(path);
     for (int attempt = 0; attempt < attempts; ++attempt) {
         // Looked at before it is read: a change from then on will show.
-        const auto stamp = isProject ? DatabaseStamp(m_folder) : StampOf(file);
-        const auto* entry = isProject ? known.findDatabase(stamp) : known.find(stamp);
+        Described described;
+        described.stamp = isProject ? DatabaseStamp(m_folder) : StampOf(file);
+        const auto* entry = isProject ? known.findDatabase(described.stamp) : known.find(described.stamp);
         if (entry != nullptr) {
-            m_manifest.files.push_back(*entry);
-            m_manifest.files.back().path = path;
-            if (isProject)
-                m_state.changeCounter = known.changeCounter;
+            described.entry = *entry;
+            described.entry.path = path;
+            described.changeCounter = known.changeCounter;
         } else {
-            m_manifest.files.push_back(cut(path));
+            cut(path, scratch, described);
         }
-        const bool isSnapshot = m_snapshots.contains(path);
-        if (isProject && isSnapshot)
-            m_state.changeCounter = ProjectFile::readChangeCounterOf(m_snapshots.at(path)->file());
-        const auto after = isProject ? DatabaseStamp(m_folder) : StampOf(file);
-        if (isSnapshot || IsSameLook(stamp, after)) {
-            if (isProject)
-                m_state.database = stamp;
-            else
-                m_state.files.push_back({path, stamp, wire::ToHex(m_manifest.files.back().content)});
-            return;
-        }
-        m_manifest.files.pop_back();
+        if (isProject && described.snapshot)
+            described.changeCounter = ProjectFile::readChangeCounterOf(described.snapshot->file());
+        if (described.snapshot ||
+            IsSameLook(described.stamp, isProject ? DatabaseStamp(m_folder) : StampOf(file)))
+            return described;
     }
     throw Failure(localcode::cannotWrite, file.string() + " is being changed all the time");
 }
 
-wire::FileEntry LocalTree::cut(const std::string& path)
+void LocalTree::cut(const std::string& path, const fs::path& scratch, Described& described) const
 {
     if (const auto refusal = wire::PathRefusal(path); !refusal.empty())
         throw Failure(localcode::badInput, path + " cannot be sent: " + refusal);
     auto file = m_folder / PathOfUtf8(path);
     if (wire::IsDatabaseFile(file)) {
-        const auto copy = m_scratch / ("snapshot-" + std::to_string(m_snapshots.size()));
-        auto snapshot = std::make_unique<wire::Snapshot>(file, copy);
-        if (!snapshot->refusal().empty())
-            throw Failure(localcode::cannotWrite, snapshot->refusal());
-        file = snapshot->file();
-        m_snapshots[path] = std::move(snapshot);
+        described.snapshot = std::make_unique<wire::Snapshot>(file, scratch);
+        if (!described.snapshot->refusal().empty())
+            throw Failure(localcode::cannotWrite, described.snapshot->refusal());
+        file = described.snapshot->file();
     }
     auto entry = wire::CutFile(file, path, [](const wire::Piece&, std::span<const std::byte>) {});
     if (const auto* refusal = std::get_if<wire::Refusal>(&entry))
         throw Failure(localcode::cannotWrite, refusal->reason);
-    return std::get<wire::FileEntry>(std::move(entry));
+    described.entry = std::get<wire::FileEntry>(std::move(entry));
+}
+
+void LocalTree::take(Described file)
+{
+    const auto& path = file.entry.path;
+    if (path == wire::projectDatabaseName) {
+        m_state.database = file.stamp;
+        m_state.changeCounter = file.changeCounter;
+    } else {
+        m_state.files.push_back({path, file.stamp, wire::ToHex(file.entry.content)});
+    }
+    if (file.snapshot)
+        m_snapshots[path] = std::move(file.snapshot);
+    m_manifest.files.push_back(std::move(file.entry));
 }
 
 fs::path LocalTree::source(std::size_t file) const

@@ -45,8 +45,20 @@ public:
 private:
     struct Known;
 
-    void describe(const std::string& path, const Known& known);
-    [[nodiscard]] wire::FileEntry cut(const std::string& path);
+    /// One file at the moment of the description.
+    struct Described {
+        wire::FileEntry entry;
+        FileStamp stamp;
+        std::int64_t changeCounter = 0;           ///< of the project's database
+        std::unique_ptr<wire::Snapshot> snapshot; ///< of a database that had to be read
+    };
+
+    [[nodiscard]] std::vector<Described> describeAll(const std::vector<std::string>& paths,
+                                                     const Known& known) const;
+    [[nodiscard]] Described describe(const std::string& path, const std::filesystem::path& scratch,
+                                     const Known& known) const;
+    void cut(const std::string& path, const std::filesystem::path& scratch, Described& described) const;
+    void take(Described file);
 
     const std::filesystem::path m_folder;
     const std::filesystem::path m_scratch;
