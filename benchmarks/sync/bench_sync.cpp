@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ZRSmartDB/zrdbnetaccess.h"
 #include "peers/countingproxy.h"
-#include "peers/nginx.h"
+#include "peers/peers.h"
 #include "ratio.h"
 #include "realserver.h"
 #include "smartdb/data/projectfile.h"

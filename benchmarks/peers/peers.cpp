@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "peers/nginx.h"
+#include "peers/peers.h"
 
 #include <fstream>
 #include <string>
