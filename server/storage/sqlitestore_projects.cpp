@@ -87,10 +87,10 @@ std::optional<std::pair<Project, ProjectState>> SqliteStore::findProject(std::in
     auto& row = connection.prepare(
         "SELECT p.guid, p.type, p.name, p.record, p.owner, p.organisation, p.is_demo, p.parent, p.status, "
         "p.head, p.revised "
-        "FROM projects p LEFT JOIN projects m ON m.guid = p.parent JOIN accounts a ON a.id = ?1 WHERE p.guid "
-        "= ?2 AND "
-        "(coalesce(m.owner, p.owner) = a.id OR coalesce(m.organisation, p.organisation) = a.organisation "
-        "OR coalesce(m.is_demo, p.is_demo))");
+        "FROM projects p LEFT JOIN projects m ON m.guid = p.parent JOIN accounts a ON a.id = ?1 "
+        "WHERE p.guid = ?2 AND CASE WHEN m.guid IS NULL "
+        "THEN p.owner = a.id OR p.organisation = a.organisation OR p.is_demo "
+        "ELSE m.owner = a.id OR m.organisation = a.organisation OR m.is_demo END");
     row.bind(1, account);
     row.bind(2, guid);
     if (!row.executeStep())
@@ -104,8 +104,9 @@ bool MayChange(SqliteStore::Lease& connection, std::int64_t account, const std::
 {
     auto& row = connection.prepare(
         "SELECT 1 FROM projects p LEFT JOIN projects b ON b.guid = p.parent JOIN accounts a ON a.id = ?1 "
-        "WHERE p.guid = ?2 AND (coalesce(b.owner, p.owner) = a.id "
-        "OR coalesce(b.organisation, p.organisation) = a.organisation)");
+        "WHERE p.guid = ?2 AND CASE WHEN b.guid IS NULL THEN p.owner = a.id OR p.organisation = "
+        "a.organisation "
+        "ELSE b.owner = a.id OR b.organisation = a.organisation END");
     row.bind(1, account);
     row.bind(2, guid);
     return row.executeStep();
