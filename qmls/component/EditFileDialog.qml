@@ -49,6 +49,7 @@ Item {
     Loader {
         id: loader
 
+        objectName: "fileDialogLoader"
         active: false
         source: "FileDialogWindow.qml"
         onLoaded: {

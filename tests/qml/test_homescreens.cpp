@@ -21,11 +21,9 @@
 #include <memory>
 #include <optional>
 
-#include <QApplication>
 #include <QQmlContext>
 #include <QQuickItem>
 #include <QTest>
-#include <QWidget>
 
 using namespace TorvoEditor;
 
@@ -266,23 +264,6 @@ private slots:
         home.click(QStringLiteral("departmentBox"));
         QTRY_VERIFY(home.item(QStringLiteral("orgTree")) != nullptr);
         home.draw();
-    }
-
-    void theFileDialogComesAndGoes()
-    {
-        const Home home;
-        QVERIFY(home.isShown());
-        home.click(QStringLiteral("createBtn"));
-        QTRY_VERIFY(home.item(QStringLiteral("fileBtn")) != nullptr);
-        QTRY_VERIFY(home.item(QStringLiteral("nameField"))->hasActiveFocus());
-        for (int i = 0; i < 2; ++i) {
-            home.click(QStringLiteral("fileBtn"));
-            QTRY_VERIFY(QApplication::activeModalWidget() != nullptr);
-            QCOMPARE(QApplication::activeModalWidget()->windowTitle(), QStringLiteral("请选择文件"));
-            QApplication::activeModalWidget()->close();
-            QTRY_VERIFY(QApplication::activeModalWidget() == nullptr);
-        }
-        QVERIFY(home.item(QStringLiteral("nameField")) != nullptr);
     }
 
     void manyTabsDraw()
