@@ -134,6 +134,18 @@ std::string TextOfState(const SyncState& state)
     return JsonOf(state).dump(-1, ' ', false, json::error_handler_t::replace);
 }
 
+/// Another thread or process may see the same at the same time and be faster.
+void MoveIfThere(Disk& disk, const fs::path& from, const fs::path& to)
+{
+    try {
+        disk.move(from, to);
+    } catch (const Failure&) {
+        std::error_code missing;
+        if (fs::exists(from, missing))
+            throw;
+    }
+}
+
 } // namespace
 
 std::optional<SyncState> ReadSyncState(const fs::path& folder)
@@ -191,10 +203,8 @@ bool AdoptAttempt(Disk& disk, const fs::path& folder, const std::string& head)
     const auto attempt = ReadState(FileIn(folder, wire::attemptStateName));
     if (!attempt || attempt->revision != head)
         return false;
-    std::error_code missing;
-    if (const auto manifest = FileIn(folder, wire::attemptManifestName); fs::exists(manifest, missing))
-        disk.move(manifest, FileIn(folder, wire::syncManifestName));
-    disk.move(FileIn(folder, wire::attemptStateName), FileIn(folder, wire::syncStateName));
+    MoveIfThere(disk, FileIn(folder, wire::attemptManifestName), FileIn(folder, wire::syncManifestName));
+    MoveIfThere(disk, FileIn(folder, wire::attemptStateName), FileIn(folder, wire::syncStateName));
     return true;
 }
 
