@@ -17,6 +17,8 @@ public:
     {
     }
 
+    [[nodiscard]] std::uint64_t left() const { return m_bytes; }
+
     void makeFolder(const std::filesystem::path& folder) override { m_disk->makeFolder(folder); }
     std::unique_ptr<ZRSmartDB::OutputFile> create(const std::filesystem::path& file,
                                                   std::uint32_t mode) override

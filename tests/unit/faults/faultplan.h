@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <random>
+
+/// How many faults a test makes, and when. Each run draws anew; TORVO_SEED repeats the one whose seed was
+/// printed. TORVO_FAULTS says how many faults all tests make together, 200 unless told.
+class FaultPlan
+{
+public:
+    /// `share`: of 200.
+    explicit FaultPlan(int share);
+
+    [[nodiscard]] int count() const { return m_count; }
+    [[nodiscard]] unsigned seed() const { return m_seed; }
+
+    /// From 0 to less than `limit`, which is more than 0.
+    [[nodiscard]] std::uint64_t below(std::uint64_t limit);
+    [[nodiscard]] bool coin() { return below(2) == 1; }
+
+private:
+    int m_count;
+    unsigned m_seed;
+    std::mt19937_64 m_random;
+};
