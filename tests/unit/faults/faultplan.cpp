@@ -38,3 +38,9 @@ std::uint64_t FaultPlan::below(std::uint64_t limit)
 {
     return std::uniform_int_distribution<std::uint64_t>(0, limit - 1)(m_random);
 }
+
+std::string FaultPlan::told(int number, const std::string& moment, const std::string& findings) const
+{
+    return "fault " + std::to_string(number) + ' ' + moment + ", TORVO_SEED=" + std::to_string(m_seed) +
+           ": " + findings;
+}

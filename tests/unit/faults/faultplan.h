@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <random>
+#include <string>
 
 /// How many faults a test makes, and when. Each run draws anew; TORVO_SEED repeats the one whose seed was
 /// printed. TORVO_FAULTS says how many faults all tests make together, 200 unless told.
@@ -13,10 +14,12 @@ public:
     explicit FaultPlan(int share);
 
     [[nodiscard]] int count() const { return m_count; }
-    [[nodiscard]] unsigned seed() const { return m_seed; }
 
     /// From 0 to less than `limit`, which is more than 0.
     [[nodiscard]] std::uint64_t below(std::uint64_t limit);
+    /// Words for the findings after the fault of this number, with what is needed to see them again.
+    [[nodiscard]] std::string told(int number, const std::string& moment, const std::string& findings) const;
+
     [[nodiscard]] bool coin() { return below(2) == 1; }
 
 private:

@@ -40,12 +40,11 @@ void TestKilledClient::killedTransferLeavesTheOldOrTheNewAndGoesOn()
         killed += outcome.hasCrashed ? 1 : 0;
         auto words = stage.findings(what, outcome.isDone);
         words += stage.findingsOfRepetition(what);
-        QVERIFY2(words.empty(), qPrintable(QString("fault %1, after %2 of %3 us, seed %4: %5")
-                                               .arg(i)
-                                               .arg(moment.count())
-                                               .arg(whole.length.count())
-                                               .arg(plan.seed())
-                                               .arg(words.c_str())));
+        QVERIFY2(words.empty(), plan.told(i,
+                                          "after " + std::to_string(moment.count()) + " of " +
+                                              std::to_string(whole.length.count()) + " us",
+                                          words)
+                                    .c_str());
     }
     QVERIFY2(killed > 0, "no kill came in time");
 }
