@@ -83,6 +83,8 @@ int Serve(const Options& options)
         return 2;
     }
     std::signal(SIGPIPE, SIG_IGN);
+    // Where files may not grow without limit, a full one is told like a full disk.
+    std::signal(SIGXFSZ, SIG_IGN);
     server::SqliteStore store(data.database);
     server::Api api(
         store, data.packs,

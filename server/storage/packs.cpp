@@ -25,7 +25,7 @@ constexpr std::size_t writeSize = 4U << 20U;
 {
     const int error = errno;
     const std::string words = std::string(what) + ": " + std::generic_category().message(error);
-    if (error == ENOSPC || error == EDQUOT)
+    if (error == ENOSPC || error == EDQUOT || error == EFBIG)
         throw DiskFull(words);
     throw std::runtime_error(words);
 }

@@ -33,6 +33,11 @@ void Client::sleepUntil(std::chrono::microseconds moment) const
         std::this_thread::sleep_for(left);
 }
 
+void Client::letGo(std::chrono::microseconds time)
+{
+    m_process.waitForFinished(static_cast<int>(time.count() / 1000));
+}
+
 void Client::kill()
 {
     m_process.kill();

@@ -25,6 +25,8 @@ class Client
 public:
     void start(const QStringList& arguments);
     void sleepUntil(std::chrono::microseconds moment) const; ///< after the start
+    /// Gives it so much time to end.
+    void letGo(std::chrono::microseconds time);
     void kill();
     [[nodiscard]] bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
     [[nodiscard]] Outcome wait();

@@ -46,6 +46,8 @@ public:
     /// Runs the operation again, which has to succeed and to clear away what the failed one has left.
     [[nodiscard]] std::string findingsOfRepetition(Operation operation);
 
+    /// What Ben gets from the server, which may be nothing.
+    [[nodiscard]] Content look();
     [[nodiscard]] Content contentOf(Person& person) const;
 
 private:
@@ -53,8 +55,6 @@ private:
     void makeRevision();
     [[nodiscard]] std::string findingsOfUpload(bool isDone);
     [[nodiscard]] std::string findingsOfFetch(bool isDone, bool wasHere);
-    /// What Ben gets from the server, which may be nothing.
-    [[nodiscard]] Content look();
     [[nodiscard]] std::string serverIntegrity() const;
 
     RealServer m_server;
