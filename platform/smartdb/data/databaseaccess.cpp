@@ -44,6 +44,14 @@ SQLite::Database OpenDatabase(const std::filesystem::path& file)
     });
 }
 
+bool HasMoved(const SQLite::Database& database)
+{
+    int hasMoved = 0;
+    return sqlite3_file_control(database.getHandle(), "main", SQLITE_FCNTL_HAS_MOVED, &hasMoved) ==
+               SQLITE_OK &&
+           hasMoved != 0;
+}
+
 Failure FailureOf(const SQLite::Exception& exception)
 {
     return {CodeOf(exception.getErrorCode()),

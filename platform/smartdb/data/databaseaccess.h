@@ -15,6 +15,9 @@ namespace ZRSmartDB
 /// side files behind, so that whoever reads opens it for writing as well. Throws Failure.
 [[nodiscard]] SQLite::Database OpenDatabase(const std::filesystem::path& file);
 
+/// Whether another file stands where the database was opened, or none: what is written now would be lost.
+[[nodiscard]] bool HasMoved(const SQLite::Database& database);
+
 /// What went wrong inside SQLite, as the library's border gives it on.
 [[nodiscard]] Failure FailureOf(const SQLite::Exception& exception);
 

@@ -19,6 +19,7 @@ namespace
 using nlohmann::json;
 
 constexpr std::string_view draftEnding = ".tmp";
+constexpr int writeAttempts = 5;
 const std::string projectPrefix = "proj_";
 
 json JsonObjectOf(const std::string& text)
@@ -345,25 +346,60 @@ std::vector<std::string> ProjectFile::readLinks()
 std::int64_t ProjectFile::write(const ProjectChange& change)
 {
     return ReportingFailures([&] {
+        for (int attempt = 0; attempt < writeAttempts; ++attempt) {
+            if (const auto counter = tryWrite(change))
+                return *counter;
+            // An update has put another database into this one's place.
+            m_database = std::make_unique<SQLite::Database>(OpenDatabase(m_database->getFilename()));
+            m_isCurrent = false;
+        }
+        throw Failure(localcode::cannotWrite, "the project is being replaced again and again");
+    });
+}
+
+/// Nothing when the database does not stand in its place any more.
+std::optional<std::int64_t> ProjectFile::tryWrite(const ProjectChange& change)
+{
+    try {
         m_database->exec("PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL");
         SQLite::Transaction transaction(*m_database, SQLite::TransactionBehavior::IMMEDIATE);
+        // Nobody moves a database while it is locked.
+        if (HasMoved(*m_database))
+            return std::nullopt;
         requireCurrent();
-        if (change.head != nullptr)
-            WriteHead(*m_database, *change.head, change.headBefore);
-        if (change.propertyTemplate != nullptr) {
-            SQLite::Statement update(*m_database, "UPDATE project SET template = ?");
-            update.bind(1, *change.propertyTemplate);
-            update.exec();
-        }
-        if (change.objects != nullptr)
-            WriteObjects(*m_database, *change.objects);
-        WriteObjectTexts(*m_database, change.objectTexts);
-        WriteModels(*m_database, change);
+        writeChange(change);
         m_database->exec("UPDATE project SET change_counter = change_counter + 1");
         const auto counter = m_database->execAndGet("SELECT change_counter FROM project").getInt64();
         transaction.commit();
         return counter;
-    });
+    } catch (const SQLite::Exception&) {
+        if (HasMoved(*m_database))
+            return std::nullopt;
+        throw;
+    }
 }
+
+void ProjectFile::writeChange(const ProjectChange& change)
+{
+    if (change.head != nullptr)
+        WriteHead(*m_database, *change.head, change.headBefore);
+    if (change.propertyTemplate != nullptr) {
+        SQLite::Statement update(*m_database, "UPDATE project SET template = ?");
+        update.bind(1, *change.propertyTemplate);
+        update.exec();
+    }
+    if (change.objects != nullptr)
+        WriteObjects(*m_database, *change.objects);
+    WriteObjectTexts(*m_database, change.objectTexts);
+    WriteModels(*m_database, change);
+}
+
+ProjectHold::ProjectHold(const std::filesystem::path& folder)
+    : m_database(std::make_unique<SQLite::Database>(OpenDatabase(DatabaseIn(folder))))
+{
+    ReportingFailures([&] { m_database->exec("BEGIN IMMEDIATE"); });
+}
+
+ProjectHold::~ProjectHold() = default;
 
 } // namespace ZRSmartDB

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -69,14 +70,31 @@ public:
     [[nodiscard]] TextMap readModelTypes();             ///< type text by guid of the model
     [[nodiscard]] std::vector<std::string> readLinks(); ///< what the objects link to, each once
 
-    /// Writes a change. Returns the new change counter.
+    /// Writes a change, into the database that stands in the project's place at that moment. Returns the new
+    /// change counter.
     std::int64_t write(const ProjectChange& change);
 
 private:
     void requireCurrent();
+    [[nodiscard]] std::optional<std::int64_t> tryWrite(const ProjectChange& change);
+    void writeChange(const ProjectChange& change);
 
     std::unique_ptr<SQLite::Database> m_database;
     bool m_isCurrent = false; ///< the tables have been looked at
+};
+
+/// As long as it lives nobody writes to a project's database; others read it, or wait to write. Throws
+/// Failure when somebody else writes for too long.
+class ProjectHold
+{
+public:
+    explicit ProjectHold(const std::filesystem::path& folder);
+    ProjectHold(const ProjectHold&) = delete;
+    ProjectHold& operator=(const ProjectHold&) = delete;
+    ~ProjectHold();
+
+private:
+    std::unique_ptr<SQLite::Database> m_database;
 };
 
 /// Whether a folder holds a project, of whatever format.

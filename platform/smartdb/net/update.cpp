@@ -24,11 +24,21 @@ namespace fs = std::filesystem;
 
 constexpr const char* tilesType = "3DTILES";
 
-/// Whether a folder that was swapped out had been changed after it was last looked at.
+/// Whether a folder has been changed after it was last looked at.
 bool WasChanged(const fs::path& folder)
 {
-    auto noted = ReadSyncState(folder);
-    return !noted || HasChanged(folder, *noted);
+    try {
+        auto noted = ReadSyncState(folder);
+        return !noted || HasChanged(folder, *noted);
+    } catch (const Failure&) {
+        return true; // nobody knows
+    }
+}
+
+Failure ChangedMeanwhile()
+{
+    return {localcode::cannotWrite,
+            "the project was changed while it was being updated; nothing was replaced"};
 }
 
 } // namespace
@@ -91,12 +101,17 @@ bool Update::prepare(const std::string& guid)
 
 void Update::swapIn(const std::string& guid)
 {
+    const auto folder = ProjectFolder(m_dataFolder, guid);
+    // An editor that wants to write meanwhile waits, and then writes to the new project.
+    const ProjectHold hold(folder);
+    if (WasChanged(folder))
+        throw ChangedMeanwhile();
     m_side.exchange(guid);
+    // Nothing holds the other files still.
     if (!WasChanged(m_side.folderOf(guid)))
         return;
     m_side.exchange(guid);
-    throw Failure(localcode::cannotWrite,
-                  "the project was changed while it was being updated; nothing was replaced");
+    throw ChangedMeanwhile();
 }
 
 } // namespace ZRSmartDB
