@@ -65,7 +65,7 @@ void TestEditMeanwhile::editDuringAnUploadIsInTheRevisionOrStaysAChange()
 
 void TestEditMeanwhile::editDuringAnUpdateIsNeverReplaced()
 {
-    FaultPlan plan(20);
+    FaultPlan plan(16);
     Stage stage;
     const auto whole = static_cast<std::uint64_t>(stage.measure(Operation::update).length.count());
     int met = 0;

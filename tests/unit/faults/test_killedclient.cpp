@@ -25,7 +25,7 @@ void TestKilledClient::killedTransferLeavesTheOldOrTheNewAndGoesOn()
 {
     QFETCH(int, operation);
     const auto what = static_cast<Operation>(operation);
-    FaultPlan plan(16);
+    FaultPlan plan(12);
     Stage stage;
     const auto whole = stage.measure(what);
     int killed = 0;

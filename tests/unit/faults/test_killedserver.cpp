@@ -25,7 +25,7 @@ void TestKilledServer::transferEndsWholeOrNotAtAllAndGoesOn()
 {
     QFETCH(int, operation);
     const auto what = static_cast<Operation>(operation);
-    FaultPlan plan(11);
+    FaultPlan plan(10);
     Stage stage;
     const auto whole = stage.measure(what);
     int met = 0;

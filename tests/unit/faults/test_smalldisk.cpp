@@ -66,7 +66,7 @@ void TestSmallDisk::fullDiskOfThePersonIsToldAndLosesNothing()
 {
     QFETCH(int, operation);
     const auto what = static_cast<Operation>(operation);
-    FaultPlan plan(5);
+    FaultPlan plan(4);
     Stage stage;
     const auto whole = stage.measure(what).written;
     for (int i = 0; i < plan.count(); ++i) {
@@ -94,7 +94,7 @@ void TestSmallDisk::filesThatCannotGrowLoseNothing()
 {
     QFETCH(int, operation);
     const auto what = static_cast<Operation>(operation);
-    FaultPlan plan(3);
+    FaultPlan plan(2);
     Stage stage;
     for (int i = 0; i < plan.count(); ++i) {
         const auto largest = plan.below(200'000);
@@ -117,7 +117,7 @@ void TestSmallDisk::fullPacksOfTheServerAreToldAndLoseNothing()
 {
     QFETCH(int, operation);
     const auto what = static_cast<Operation>(operation);
-    FaultPlan plan(5);
+    FaultPlan plan(4);
     Stage stage;
     const auto before = LargestPack(stage.server());
     static_cast<void>(stage.measure(what));
@@ -147,7 +147,7 @@ void TestSmallDisk::fullDiskOfTheServersDatabaseLosesNothing()
 {
     QFETCH(int, operation);
     const auto what = static_cast<Operation>(operation);
-    FaultPlan plan(3);
+    FaultPlan plan(2);
     Stage stage;
     for (int i = 0; i < plan.count(); ++i) {
         const auto largest = plan.below(LargestPack(stage.server()));
