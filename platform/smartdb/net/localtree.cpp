@@ -21,11 +21,6 @@ namespace fs = std::filesystem;
 
 constexpr int attempts = 3;
 
-bool IsSameLook(const FileStamp& left, const FileStamp& right)
-{
-    return left.size == right.size && left.modified == right.modified && left.identity == right.identity;
-}
-
 } // namespace
 
 /// What is known of the files from the last equality.
@@ -131,8 +126,7 @@ LocalTree::Described LocalTree::describe(const std::string& path, const fs::path
         }
         if (isProject && described.snapshot)
             described.changeCounter = ProjectFile::readChangeCounterOf(described.snapshot->file());
-        if (described.snapshot ||
-            IsSameLook(described.stamp, isProject ? DatabaseStamp(m_folder) : StampOf(file)))
+        if (described.snapshot || described.stamp == (isProject ? DatabaseStamp(m_folder) : StampOf(file)))
             return described;
     }
     throw Failure(localcode::cannotWrite, file.string() + " is being changed all the time");
