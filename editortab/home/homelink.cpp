@@ -56,6 +56,11 @@ void HomeLink::reportSaved(const QString& guid)
     send(QStringLiteral("ReOpenProj"), guid);
 }
 
+void HomeLink::askForNewProject()
+{
+    send(QStringLiteral("CreateBimProj"), true);
+}
+
 void HomeLink::send(const QString& key, const QJsonValue& value)
 {
     const QByteArray payload = QJsonDocument(QJsonObject{{key, value}}).toJson(QJsonDocument::Compact);

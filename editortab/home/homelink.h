@@ -29,6 +29,8 @@ public:
     void agreeToClose();
     /// The project was written: the home must read it anew.
     void reportSaved(const QString& guid);
+    /// The person wants to make a building project: the home shows its form for that.
+    void askForNewProject();
 
 signals:
     void connected();

@@ -104,7 +104,22 @@ QWidget* EditorWindow::buildTreePanel()
     searchRow->addWidget(m_search);
     column->addLayout(searchRow);
     column->addWidget(m_treeView, 1);
+    auto* newProjectRow = new QHBoxLayout;
+    newProjectRow->setContentsMargins(0, 0, 12, 12);
+    newProjectRow->addWidget(buildNewProjectButton());
+    column->addLayout(newProjectRow);
     return panel;
+}
+
+QWidget* EditorWindow::buildNewProjectButton()
+{
+    auto* button = new QPushButton(tr("新建BIM工程"), this);
+    button->setObjectName(QStringLiteral("newProjectButton"));
+    button->setToolTip(
+        tr("在主页中新建 (%1)").arg(QKeySequence(QKeySequence::New).toString(QKeySequence::NativeText)));
+    button->setShortcut(QKeySequence::New);
+    connect(button, &QPushButton::clicked, &m_home, &HomeLink::askForNewProject);
+    return button;
 }
 
 QWidget* EditorWindow::buildCentre()
@@ -327,7 +342,7 @@ void EditorWindow::showHelp()
     QMessageBox help(QMessageBox::Information, tr("操作帮助"),
                      tr("左键拖动：旋转\n中键、右键或 "
                         "Shift+左键拖动：平移\n滚轮：缩放\n单击：选中对象，双击：放大到选中对象\n\n"
-                        "F 适应全部　Z 适应选中\n0 轴测　7 俯视　1 正视　3 侧视\nCtrl+S 保存　Ctrl+F 搜索"),
+                        "F 适应全部　Z 适应选中\n0 轴测　7 俯视　1 正视　3 侧视\nCtrl+S 保存　Ctrl+F 搜索　Ctrl+N 新建BIM工程"),
                      QMessageBox::Ok, this);
     Native::AnnouncePosition(winId());
     m_home.reportDialog(true);

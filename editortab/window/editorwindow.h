@@ -46,6 +46,7 @@ private:
     void placeOverlays();
     void build();
     [[nodiscard]] QWidget* buildTreePanel();
+    [[nodiscard]] QWidget* buildNewProjectButton();
     [[nodiscard]] QWidget* buildCentre();
     void connectParts();
     void takeModel(int index, const SharedModel& model);

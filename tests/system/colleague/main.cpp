@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ZRSmartDB/zrdbnetaccess.h"
+#include "ZRSmartDB/zrproject.h"
 #include "http/client.h"
 #include "smartdb/database.h"
 
@@ -9,14 +10,18 @@
 #include <string>
 #include <vector>
 
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QString>
+
 #include <nlohmann/json.hpp>
 
 // Somebody else who works on the same projects, on a machine of their own: a data folder and a login. One
 // command a run:
 //     torvo-colleague SERVER ACCOUNT PASSWORD FOLDER download|update|upload|force GUID
 //     torvo-colleague SERVER ACCOUNT PASSWORD FOLDER edit GUID NOTE
-//     torvo-colleague SERVER ACCOUNT PASSWORD FOLDER state|note GUID
-// The last two print what they have found.
+//     torvo-colleague SERVER ACCOUNT PASSWORD FOLDER state|note|facts GUID
+// The last three print what they have found, the facts as JSON.
 
 namespace
 {
@@ -47,6 +52,23 @@ std::string LogIn(const std::string& server, const std::string& account, const s
 /// Where the editor of a tab keeps the note.
 constexpr const wchar_t* noteKey = L"note";
 
+/// What the card of the home window shows and edits.
+bool PrintFacts(const IZRProject& project)
+{
+    const auto text = [](const std::wstring& value) { return QString::fromStdWString(value); };
+    const QJsonObject facts{
+        {"name", text(project.GetName())},
+        {"type", text(project.GetType())},
+        {"iotCode", text(project.GetIotCode())},
+        {"proj4", text(project.GetProj4())},
+        {"template", text(project.GetTemplate())},
+        {"longitude", project.GetPosition().GetX()},
+        {"latitude", project.GetPosition().GetY()},
+        {"region", QJsonDocument::fromJson(text(project.GetAttr(L"Pa_BelongsRegion")).toUtf8()).object()},
+    };
+    return std::printf("%s\n", QJsonDocument(facts).toJson(QJsonDocument::Compact).constData()) > 0;
+}
+
 bool Run(Database& database, const std::string& dataFolder, const std::string& command,
          const std::string& guid, const std::string& text)
 {
@@ -58,10 +80,12 @@ bool Run(Database& database, const std::string& dataFolder, const std::string& c
         return database.UpdateProj(key, folder);
     if (command == "upload" || command == "force")
         return database.UploadProj(key, folder, command == "force", false);
-    if (command == "edit" || command == "note") {
+    if (command == "edit" || command == "note" || command == "facts") {
         auto* project = database.OpenProject(key, folder);
         if (project == nullptr)
             return false;
+        if (command == "facts")
+            return PrintFacts(*project);
         if (command == "note")
             return std::printf("%ls\n", project->GetAttr(noteKey).c_str()) > 0;
         project->SetAttr(noteKey, Wide(text));

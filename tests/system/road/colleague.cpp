@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QJsonDocument>
 #include <QProcess>
 
 namespace road
@@ -40,6 +41,12 @@ QString Colleague::noteOf(const QString& guid) const
 {
     QString said;
     return run({"note", guid}, &said) ? said : QString();
+}
+
+QJsonObject Colleague::factsOf(const QString& guid) const
+{
+    QString said;
+    return run({"facts", guid}, &said) ? QJsonDocument::fromJson(said.toUtf8()).object() : QJsonObject();
 }
 
 bool Colleague::run(const QStringList& command, QString* said) const

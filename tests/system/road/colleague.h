@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QJsonObject>
 #include <QString>
 #include <QTemporaryDir>
 
@@ -28,6 +29,8 @@ public:
 
     [[nodiscard]] int stateOf(const QString& guid) const;
     [[nodiscard]] QString noteOf(const QString& guid) const;
+    /// Name, type, place and whatever else the home window's card shows of a project.
+    [[nodiscard]] QJsonObject factsOf(const QString& guid) const;
 
 private:
     [[nodiscard]] bool run(const QStringList& command, QString* said = nullptr) const;

@@ -92,6 +92,7 @@ private slots:
     void reportsItsDialogs();
     void agreesToCloseByItsName();
     void reportsASavedProject();
+    void asksForANewProject();
     void reportsArriveInTheirOrder();
 
     void messageOfTheHomeIsHeardWithAllThatIsInIt();
@@ -166,6 +167,12 @@ void TestHomeLink::reportsASavedProject()
 {
     m_link->reportSaved("guid-1");
     QCOMPARE(m_home->nextMessage(), (QJsonObject{{"ReOpenProj", "guid-1"}}));
+}
+
+void TestHomeLink::asksForANewProject()
+{
+    m_link->askForNewProject();
+    QCOMPARE(m_home->nextMessage().keys(), QStringList("CreateBimProj"));
 }
 
 void TestHomeLink::reportsArriveInTheirOrder()
