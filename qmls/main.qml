@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 import QtQuick 2.15
+import QtQuick.Templates 2.15 as T
 import "qrc:/EditorCommon/qmls/Config"
+import "InfoCard"
 import "component"
 
 /// The root of the home window: title bar, left panel, cards, and the boxes that all of them share. It wires the
@@ -11,6 +13,13 @@ Item {
     /// An action whose manager takes it in a later version: nothing is shown, one line is logged.
     function notYet(action, guid) {
         console.info("main.qml: no manager takes", action, guid)
+    }
+
+    /// Shows a project on the info card, also in the place of one that is being shown.
+    function showProjectInfo(guid) {
+        infoCardCtrl.showProjectInfo(guid)
+        infoDialog.showRows()
+        infoDialog.open()
     }
 
     function showMessage(title, text, noText) {
@@ -51,7 +60,7 @@ Item {
             color: EConfig.eBackGround
             panelModel: leftPanelModel
             onSingInnerCreate: newProDialog.open()
-            onSendProjectInfo: mainRoot.notYet("infoCardCtrl.showProjectInfo", guid)
+            onSendProjectInfo: mainRoot.showProjectInfo(guid)
         }
 
         Rectangle {
@@ -72,12 +81,37 @@ Item {
                 model: gridViewModel
                 onSendDeleteInfo: editorControl.slotRemoveProject(guid)
                 onSendProDoubleClicked: editorControl.slotProjectDblClick(guid)
-                onSendProjectInfo: mainRoot.notYet("infoCardCtrl.showProjectInfo", guid)
+                onSendProjectInfo: mainRoot.showProjectInfo(guid)
                 onSendUpdate: editorControl.slotSyncProject(guid)
                 onSendUpload: editorControl.slotUploadProject(guid)
                 onSendUpgrade: editorControl.upgradeProj(guid)
                 onSendConvert: mainRoot.notYet("serviceConvertMgr.checkServiceConvert", guid)
                 onSendOpenWeb: editorControl.openWebProj(guid)
+            }
+        }
+
+        Item {
+            id: infoDialogContainer
+
+            objectName: "infoDialogContainer"
+            anchors.right: parent.right
+            width: infoDialog.width
+            height: parent.height
+
+            InfoDialog {
+                id: infoDialog
+
+                parent: infoDialogContainer
+                x: 0
+                y: 0
+                height: parent.height
+                closePolicy: T.Popup.NoAutoClose
+                enter: Transition {
+                    NumberAnimation { property: "x"; from: infoDialogContainer.width; to: 0; duration: 500 }
+                }
+                exit: Transition {
+                    NumberAnimation { property: "x"; from: 0; to: infoDialogContainer.width; duration: 500 }
+                }
             }
         }
 

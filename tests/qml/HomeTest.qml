@@ -55,6 +55,8 @@ Item {
         function upgradeProj(guid) { home.called("editorControl.upgradeProj", guid) }
         function openWebProj(guid) { home.called("editorControl.openWebProj", guid) }
         function openWebConsole() { home.called("editorControl.openWebConsole") }
+        function slotProjectInfoUpdate() { home.called("editorControl.slotProjectInfoUpdate") }
+        function slotDeleteProject(guid) { home.called("editorControl.slotDeleteProject", guid) }
         function slotProjectDblClick(guid) { home.called("editorControl.slotProjectDblClick", guid) }
     }
 
@@ -85,10 +87,23 @@ Item {
 
     property QtObject proInfoModel: QtObject {
         property string projGuid: "shown"
+        property bool bModify: true
+        property bool bBimViewShow: false
+        property string projImage: "qrc:/images/card_ic_big.png"
+        property var projInfo: []
 
         function setBelongRegion(...values) { home.called("proInfoModel.setBelongRegion", ...values) }
         function setProjInfo(...values) { home.called("proInfoModel.setProjInfo", ...values) }
+        function setJsonData(...values) { home.called("proInfoModel.setJsonData", ...values) }
+        function exportConfigFile() { home.called("proInfoModel.exportConfigFile") }
+        function changeServiceProjName() { home.called("proInfoModel.changeServiceProjName") }
     }
+
+    property QtObject infoCardCtrl: QtObject {
+        function showProjectInfo(guid) { home.called("infoCardCtrl.showProjectInfo", guid) }
+    }
+
+    property string appPath: "/app"
 
     /// Where main.qml has none of its own.
     property QtObject globalFileDialog: QtObject {
@@ -124,6 +139,10 @@ Item {
         serviceConvertMgr.isUploading = false
         leftPanelModel.bimProjCount = 5
         leftPanelModel.sceneProjCount = 2
+        proInfoModel.bModify = true
+        proInfoModel.bBimViewShow = false
+        proInfoModel.projImage = "qrc:/images/card_ic_big.png"
+        proInfoModel.projInfo = []
         home.calls = []
         screens.listen()
         screens.takeInfos()

@@ -123,7 +123,6 @@ HomeTest {
 
         function test_buttonsOfLaterVersionsLogOneLineAndShowNothing_data() {
             return [
-                { tag: "proInfoBtn", action: "infoCardCtrl.showProjectInfo", guid: "g1" },
                 { tag: "kyvconvertBtn", action: "serviceConvertMgr.checkServiceConvert", guid: "g1" }
             ]
         }
@@ -206,13 +205,83 @@ HomeTest {
             compare(home.takeCalls(), ["messageBoxMgr.callResultCallBack(true)"])
         }
 
-        function test_aClickInTheTreeLogsOneLine() {
-            screens.takeInfos()
+        // Info card.
+
+        function waitForCard() {
+            tryVerify(function() { return home.findShown("infoOkBtn") !== null })
+            tryVerify(function() { return home.findShown("infoOkBtn").mapToItem(home, 0, 0).x < home.width - 100 })
+        }
+
+        function closeCard() {
+            keyClick(Qt.Key_Escape)
+            tryVerify(function() { return home.findShown("infoOkBtn") === null })
+        }
+
+        function test_theInfoButtonOfACardOpensTheInfoCard() {
+            click("proInfoBtn")
+            waitForCard()
+            compare(home.takeCalls(), ["infoCardCtrl.showProjectInfo(g1)"])
+            closeCard()
+        }
+
+        function test_aClickInTheTreeOpensTheInfoCard() {
             tryVerify(function() { return home.find(main, "treeRow_a") !== null })
             mouseClick(home.find(main, "treeRow_a"), 60, 20)
-            let lines = []
-            tryVerify(function() { lines = lines.concat(screens.takeInfos()); return lines.length > 0 })
-            compare(lines, ["main.qml: no manager takes infoCardCtrl.showProjectInfo a"])
+            compare(home.takeCalls(), [])
+            waitForCard()
+            compare(home.takeCalls(), ["infoCardCtrl.showProjectInfo(a)"])
+            closeCard()
+        }
+
+        function test_theInfoCardSlidesInFromTheRightEdgeAndOutAgain() {
+            const place = part("infoDialogContainer")
+            compare(place.width, 360)
+            compare(place.mapToItem(main, 360, 0), Qt.point(1360, 34))
+            compare(place.height, 826)
+            click("proInfoBtn")
+            const start = Date.now()
+            tryVerify(function() { return home.findShown("infoOkBtn") !== null })
+            const card = home.findShown("infoOkBtn").parent.parent
+            verify(place.mapFromItem(card, 0, 0).x > 180)
+            tryVerify(function() { return place.mapFromItem(card, 0, 0).x === 0 })
+            verify(Date.now() - start >= 400, Date.now() - start)
+            compare(place.mapFromItem(card, 0, 0).y, 0)
+            compare(card.height, 826)
+            mouseClick(home.findShown("infoCancelBtn"))
+            wait(50)
+            verify(home.findShown("infoOkBtn") !== null)
+            tryVerify(function() { return home.findShown("infoOkBtn") === null })
+            verify(place.mapFromItem(card, 0, 0).x > 180)
+        }
+
+        function test_aPressBesideTheInfoCardDoesNotCloseIt() {
+            click("proInfoBtn")
+            waitForCard()
+            home.takeCalls()
+            mouseClick(main, 600, 600)
+            wait(50)
+            compare(home.takeCalls(), [])
+            verify(home.findShown("infoOkBtn").parent.parent.parent !== null)
+            waitForCard()
+            closeCard()
+        }
+
+        function test_aProjectThatIsAskedForWhileAnotherIsShownTakesItsPlace() {
+            proInfoModel.projInfo = [{ key: "工程名称", value: "甲", visible: true, readOnly: false, type: 0 }]
+            main.showProjectInfo("a")
+            waitForCard()
+            proInfoModel.projInfo = [{ key: "工程名称", value: "乙", visible: true, readOnly: false, type: 0 }]
+            main.showProjectInfo("b")
+            tryVerify(function() { return home.findShown("cardField") !== null && home.findShown("cardField").text === "乙" })
+            closeCard()
+        }
+
+        function test_aDoubleClickInTheTreeDoesNotOpenTheInfoCard() {
+            tryVerify(function() { return home.find(main, "treeRow_a") !== null })
+            mouseDoubleClickSequence(home.find(main, "treeRow_a"), 60, 20)
+            wait(400)
+            compare(home.takeCalls(), ["editorControl.slotTreeDblClick(a)"])
+            compare(home.findShown("infoOkBtn"), null)
         }
 
         function test_theCreateButtonLeadsToANewProject() {

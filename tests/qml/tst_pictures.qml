@@ -32,7 +32,10 @@ HomeTest {
                                        .concat(["bar_ic_default", "bar_ic_hover", "ic_xiala", "ic_xiala_hover"]) },
                 { tag: "panel", names: ["ic_refresh", "ic_refresh_hover", "bt_ic_add", "bt_ic_add_hover", "bar_ic_zhankai",
                                         "bar_ic_shouqi", "ic_project", "ic_company"] },
-                { tag: "form", names: ["ic_xuanzhong", "pop_box_ic_file", "pop_box_ic_file_hover"] }
+                { tag: "form", names: ["ic_xuanzhong", "pop_box_ic_file", "pop_box_ic_file_hover"] },
+                { tag: "info card", names: sets(["tab_bt_ic_del"], ["", "_hover", "_selected", "_disable"])
+                                           .concat(["card_ic_big", "pop_box_export", "pop_box_ic__export_hover",
+                                                    "box_ic_eidt", "box_ic_eidt_hove"]) }
             ]
         }
 

@@ -19,6 +19,7 @@ T.TextField {
     selectionColor: EConfig.eAccent
     selectedTextColor: EConfig.eTextHighColor
     selectByMouse: true
+    hoverEnabled: true
     font.family: EConfig.fontFamily
     font.pixelSize: EConfig.textPixelSize
     font.weight: EConfig.fontWeight
