@@ -9,7 +9,7 @@ ECardView {
     property real qmlType: 0
 
     function load() {
-        const view = [textView, textView, templateView][root.qmlType]
+        const view = [textView, textView, templateView, regionView][root.qmlType]
         if (view !== undefined)
             loader.sourceComponent = view
         else if (loader.sourceComponent === null)
@@ -43,6 +43,18 @@ ECardView {
         id: templateView
 
         ECardImportExportCfg {
+            focus: true
+            strKey: root.strKey
+            strValue: root.strValue
+            bReadonly: root.bReadonly
+            normalFontSize: root.normalFontSize
+        }
+    }
+
+    Component {
+        id: regionView
+
+        ERegionSelect {
             focus: true
             strKey: root.strKey
             strValue: root.strValue

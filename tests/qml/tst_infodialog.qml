@@ -12,6 +12,12 @@ HomeTest {
     /// The manager of a building's models; none unless a test wants one.
     property QtObject bimMgr: null
 
+    property QtObject regionModel: QtObject {
+        property var cityArray: [{ id: "33", name: "浙江省", longitude: 120.2, latitude: 30.3 }]
+
+        function getChildRegionList(id) { return [] }
+    }
+
     QtObject {
         id: models
 
@@ -379,6 +385,28 @@ HomeTest {
             keyClick(row.key)
             compare(home.takeCalls(), ["editorControl.slotProjectInfoUpdate()"])
             tryCompare(dialog, "visible", false)
+        }
+
+        function test_returnInABoxOfTheRegionIsNotOk() {
+            proInfoModel.projInfo = [{ key: "所属行政区", visible: true, readOnly: false, type: 3,
+                                       value: { pId: "33", pName: "浙江省", cId: "", cName: "", rId: "", rName: "" } }]
+            dialog.open()
+            tryVerify(function() { return part("provinceBox") !== null && part("provinceBox").activeFocus })
+            keyClick(Qt.Key_Return)
+            keyClick(Qt.Key_Enter)
+            compare(home.takeCalls(), [])
+        }
+
+        function test_escapeInAnOpenBoxClosesOnlyTheBox() {
+            proInfoModel.projInfo = [{ key: "所属行政区", visible: true, readOnly: false, type: 3,
+                                       value: { pId: "33", pName: "浙江省", cId: "", cName: "", rId: "", rName: "" } }]
+            dialog.open()
+            tryVerify(function() { return part("provinceBox") !== null && part("provinceBox").activeFocus })
+            keyClick(Qt.Key_Space)
+            tryVerify(function() { return part("provinceBox").popup.opened })
+            keyClick(Qt.Key_Escape)
+            tryVerify(function() { return !part("provinceBox").popup.visible })
+            verify(dialog.opened)
         }
 
         function test_tabGoesThroughTheRowsToTheButtonsAndRound() {

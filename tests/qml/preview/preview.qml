@@ -8,6 +8,16 @@ import ".."
 HomeTest {
     id: home
 
+    property QtObject regionModel: QtObject {
+        property var cityArray: [{ id: "33", name: "浙江省", longitude: 120.2, latitude: 30.3 },
+                                 { id: "52", name: "贵州省", longitude: 106.7, latitude: 26.6 }]
+
+        function getChildRegionList(id) {
+            return id !== "33" ? [] : [{ id: "3301", name: "杭州市", longitude: 120.15, latitude: 30.28 },
+                                       { id: "3302", name: "宁波市", longitude: 121.55, latitude: 29.88 }]
+        }
+    }
+
     Loader {
         id: loader
 
@@ -165,6 +175,70 @@ HomeTest {
             tryVerify(function() { return home.findShown("orgRow_o3") === null })
             shoot("new-project-of-a-department")
             closeForm()
+        }
+
+        function textRow(key, value, isReadonly) {
+            return { key: key, value: value, visible: true, readOnly: isReadonly, type: 0 }
+        }
+
+        function sceneRows() {
+            return [
+                textRow("工程名称", "老城区改造场景", false),
+                textRow("工程Guid", "{6f1c3a52-95d1-4c0e-8f0e-2b7d1c9a4e11}", true),
+                textRow("工程类型", "场景工程", true),
+                textRow("所属项目部", "华东项目部", true),
+                { key: "属性模板", value: "CompTemplate.json", visible: true, readOnly: true, type: 2 },
+                { key: "所属行政区", visible: true, readOnly: false, type: 3,
+                  value: { pId: "33", pName: "浙江省", cId: "3301", cName: "杭州市", rId: "330108", rName: "滨江区" } },
+                textRow("地理坐标系投影参数（PROJ4标准参数）",
+                        "+proj=tmerc +lat_0=0 +lon_0=120 +k=1 +x_0=500000 +y_0=0 +ellps=GRS80 +units=m +no_defs", false),
+                textRow("物联资产编号", "", false)
+            ]
+        }
+
+        function openCard(rows) {
+            addCards()
+            proInfoModel.projInfo = rows
+            loader.item.showProjectInfo("p4")
+            tryVerify(function() { return home.findShown("cardField") !== null && home.findShown("cardField").activeFocus })
+        }
+
+        function closeCard() {
+            keyClick(Qt.Key_Escape)
+            tryVerify(function() { return home.findShown("infoOkBtn") === null })
+        }
+
+        function test_infoCardOfAScene() {
+            editorControl.isBimSdk = true
+            openCard(sceneRows())
+            shoot("info-card-scene")
+            mouseClick(home.findShown("cityBox"))
+            tryVerify(function() { return home.findShown("region_3302") !== null })
+            shoot("info-card-region")
+            keyClick(Qt.Key_Escape)
+            tryVerify(function() { return home.findShown("region_3302") === null })
+            closeCard()
+        }
+
+        function test_infoCardOfABuilding() {
+            proInfoModel.bBimViewShow = true
+            openCard([textRow("工程名称", "滨江路综合楼".repeat(8), false), textRow("工程类型", "BIM工程", true)])
+            home.findShown("infoCancelBtn").forceActiveFocus(Qt.TabFocusReason)
+            shoot("info-card-building")
+            mouseClick(home.findShown("deleteBtn"))
+            tryVerify(function() { return home.findShown("yesBtn") !== null })
+            shoot("info-card-delete")
+            keyClick(Qt.Key_Escape)
+            tryVerify(function() { return home.findShown("yesBtn") === null })
+            closeCard()
+        }
+
+        function test_infoCardOfAServersProject() {
+            proInfoModel.bModify = false
+            proInfoModel.projImage = "file:////nowhere.jpg"
+            openCard(sceneRows().slice(0, 4))
+            shoot("info-card-server")
+            closeCard()
         }
     }
 }
