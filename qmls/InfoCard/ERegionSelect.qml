@@ -82,6 +82,7 @@ ECardView {
             focus: true
             fontSize: 12
             popHeigh: 200
+            isField: true
             purpose: qsTr("省")
             reagionArray: regionModel.cityArray
             onSigSelect: root.selectedProvince()
@@ -97,6 +98,7 @@ ECardView {
             height: parent.height
             fontSize: 12
             popHeigh: 200
+            isField: true
             purpose: qsTr("市")
             onSigSelect: root.selectedCity()
         }
@@ -110,6 +112,7 @@ ECardView {
             height: parent.height
             fontSize: 12
             popHeigh: 200
+            isField: true
             purpose: qsTr("区县")
             onSigSelect: root.selectedRegion()
         }

@@ -14,6 +14,7 @@ EComboBox {
     signal sigSelect()
 
     backGroundColor: EConfig.eInputFieldBackGround
+    isField: true
     displayText: root.typeName
     textRole: "name"
     model: [

@@ -14,6 +14,8 @@ T.ComboBox {
     property color backGroundColor: EConfig.eBackGround
     property color highlightColor: EConfig.eDialogBackground
     property color normalColor: root.backGroundColor
+    /// It stands among fields, and has a border like them.
+    property bool isField: false
     /// Height at which the list begins to scroll.
     property real popHeigh: 320
 
@@ -49,8 +51,9 @@ T.ComboBox {
 
     background: Rectangle {
         color: root.backGroundColor
-        border.width: root.visualFocus ? 2 : 0
-        border.color: EConfig.eAccent
+        border.width: root.visualFocus ? 2 : root.isField ? 1 : 0
+        border.color: root.visualFocus || root.popup.visible ? EConfig.eAccent
+                                                             : root.hovered ? EConfig.eHoverBorderColor : EConfig.eInputFieldBorder
         radius: EConfig.radius
     }
 

@@ -25,5 +25,7 @@ T.ScrollView {
         x: root.leftPadding
         y: root.height - height
         width: root.availableWidth
+        // A list says nothing of its width.
+        visible: root.contentWidth > root.availableWidth
     }
 }
