@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
+#include "folderdialog.h"
 #include "startedview.h"
 
 #include "fakes/fakecommonconfig.h"
 #include "view/context/editorcontrol/projectinfo.h"
 
 #include <QApplication>
-#include <QFileDialog>
 #include <QJsonDocument>
-#include <QLineEdit>
 #include <QTemporaryDir>
 #include <QTimer>
 
@@ -87,8 +86,6 @@ private slots:
 private:
     [[nodiscard]] QStringList labels() const;
     [[nodiscard]] QJsonObject row(const QString& label) const;
-    /// Answers the next dialog for a folder, by this folder or, with an empty one, by cancel.
-    static void answerFolderDialog(const QString& folder, bool& wasAsked);
 
     std::unique_ptr<StartedView> m_view;
     CProjectInfo* m_info = nullptr;
@@ -357,26 +354,6 @@ void TestProjectInfo::templateContentTellsAChange()
     QCOMPARE(m_info->record().templateContent, QString("{}"));
 }
 
-void TestProjectInfo::answerFolderDialog(const QString& folder, bool& wasAsked)
-{
-    auto* timer = new QTimer(qApp);
-    connect(timer, &QTimer::timeout, timer, [timer, folder, &wasAsked] {
-        auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
-        if (dialog == nullptr)
-            return;
-        timer->deleteLater();
-        wasAsked =
-            dialog->windowTitle() == "选择导出的文件夹" && dialog->testOption(QFileDialog::ShowDirsOnly);
-        if (folder.isEmpty()) {
-            dialog->reject();
-            return;
-        }
-        dialog->findChild<QLineEdit*>()->setText(folder);
-        QMetaObject::invokeMethod(dialog, "accept");
-    });
-    timer->start(20);
-}
-
 void TestProjectInfo::exportWritesTheTemplateOverAnEarlierOne()
 {
     const QTemporaryDir folder;
@@ -384,7 +361,7 @@ void TestProjectInfo::exportWritesTheTemplateOverAnEarlierOne()
     for (const char* content : {R"({"a":1})", "{}"}) {
         m_info->setTemplateContent(content);
         bool wasAsked = false;
-        answerFolderDialog(folder.path(), wasAsked);
+        AnswerFolderDialog(folder.path(), wasAsked);
         m_info->exportConfigFile();
         QVERIFY(wasAsked);
         QFile file(folder.filePath("CompTemplate.json"));
@@ -397,7 +374,7 @@ void TestProjectInfo::exportThatIsCancelledWritesNothing()
 {
     m_info->SetProjectData(Record("CIM"), true);
     bool wasAsked = false;
-    answerFolderDialog({}, wasAsked);
+    AnswerFolderDialog({}, wasAsked);
     m_info->exportConfigFile();
     QVERIFY(wasAsked);
     QVERIFY(!QFile::exists("/CompTemplate.json"));

@@ -116,7 +116,9 @@ CInfoCardController::~CInfoCardController() = default;
 
 void CInfoCardController::Init()
 {
-    static_cast<void>(ReadJsonFile(m_expandPath, m_expandAttrs));
+    // Most hosts come without the file; one that is there and cannot be read is worth a line in the log.
+    if (QFile::exists(m_expandPath))
+        static_cast<void>(ReadJsonFile(m_expandPath, m_expandAttrs));
     m_projectInfo->LoadExpandAttrs(m_expandAttrs);
     if (!IsEmptyOrgNode(ProjectMgr().orgRoot()))
         AppendOrgNode(m_orgModel->invisibleRootItem(), ProjectMgr().orgRoot());
