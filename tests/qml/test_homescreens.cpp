@@ -60,9 +60,13 @@ QQuickItem* FindItem(QQuickItem* from, const QString& name)
 class Home
 {
 public:
-    explicit Home(const std::optional<TorvoSDK::SOrgNode>& organisation = {})
+    /// `serverProject`: the guid of a building that the server has.
+    explicit Home(const std::optional<TorvoSDK::SOrgNode>& organisation = {},
+                  const QString& serverProject = {})
     {
         surroundings.host.projects.organisation = organisation;
+        if (!serverProject.isEmpty())
+            surroundings.host.projects.addServerProject(serverProject, QStringLiteral("远方的楼"), 1);
         m_isStarted = CHomeApp::instance().Init(Fakes::TestSession());
         window = std::make_unique<CFrameWindow>();
         CHomeApp::instance().m_frameWindow = window.get();
@@ -108,6 +112,19 @@ public:
         const QPoint place = found->mapToScene(QPointF(found->width() / 2, found->height() / 2)).toPoint();
         QTest::mouseMove(window.get(), place);
         QTest::mouseClick(window.get(), Qt::LeftButton, {}, place);
+    }
+
+    void type(const QByteArray& letters) const
+    {
+        for (const char letter : letters)
+            QTest::keyClick(window.get(), letter);
+    }
+
+    /// Whether the info card is open, with the keyboard in its first field.
+    [[nodiscard]] bool hasInfoCard() const
+    {
+        const QQuickItem* field = item(QStringLiteral("cardField"));
+        return field != nullptr && field->hasActiveFocus();
     }
 
     Fakes::Surroundings surroundings;
@@ -264,6 +281,65 @@ private slots:
         home.click(QStringLiteral("departmentBox"));
         QTRY_VERIFY(home.item(QStringLiteral("orgTree")) != nullptr);
         home.draw();
+    }
+
+    void aBuildingIsRenamedOnItsInfoCard()
+    {
+        const Home home;
+        QVERIFY(home.isShown());
+        emit Mgr<CTabMgr>().sigCreateBimProj();
+        QTRY_VERIFY(home.item(QStringLiteral("nameField")) != nullptr);
+        QTRY_VERIFY(home.item(QStringLiteral("nameField"))->hasActiveFocus());
+        home.type("abc\r");
+        QTRY_COMPARE(home.cards().count(), 1);
+        QTRY_VERIFY(home.item(QStringLiteral("nameField")) == nullptr);
+        home.click(QStringLiteral("proInfoBtn"));
+        QTRY_VERIFY(home.hasInfoCard());
+        home.draw();
+        home.type("d");
+        home.click(QStringLiteral("infoOkBtn"));
+        QTRY_VERIFY(home.item(QStringLiteral("infoOkBtn")) == nullptr);
+        QCOMPARE(home.cards().getProjectInfoData(0)->name(), QStringLiteral("abcd"));
+        const auto guid = home.cards().getProjectInfoData(0)->guid();
+        QCOMPARE(QString::fromStdWString(Fakes::SmartDB::instance().find(guid)->project->GetName()),
+                 QStringLiteral("abcd"));
+    }
+
+    void aProjectIsDeletedFromItsInfoCard()
+    {
+        const Home home;
+        QVERIFY(home.isShown());
+        emit Mgr<CTabMgr>().sigCreateBimProj();
+        QTRY_VERIFY(home.item(QStringLiteral("nameField")) != nullptr);
+        QTRY_VERIFY(home.item(QStringLiteral("nameField"))->hasActiveFocus());
+        home.type("abc\r");
+        QTRY_VERIFY(home.item(QStringLiteral("nameField")) == nullptr);
+        home.click(QStringLiteral("proInfoBtn"));
+        QTRY_VERIFY(home.hasInfoCard());
+        home.click(QStringLiteral("deleteBtn"));
+        QTRY_VERIFY(home.item(QStringLiteral("yesBtn")) != nullptr);
+        QTRY_VERIFY(home.item(QStringLiteral("yesBtn"))->hasActiveFocus());
+        home.draw();
+        home.type("\r");
+        QTRY_COMPARE(home.cards().count(), 0);
+        QTRY_VERIFY(home.item(QStringLiteral("infoOkBtn")) == nullptr);
+    }
+
+    void theInfoCardOfAServersProjectDrawsWithoutAPicture()
+    {
+        const Home home({}, GuidOf(7));
+        QVERIFY(home.isShown());
+        const QString row = QStringLiteral("treeRow_") + GuidOf(7);
+        QTRY_VERIFY(home.item(row) != nullptr);
+        home.click(row);
+        QTRY_VERIFY(home.hasInfoCard());
+        home.draw();
+        QVERIFY(home.item(QStringLiteral("infoPlaceholder")) != nullptr);
+        QVERIFY(!home.item(QStringLiteral("deleteBtn"))->isEnabled());
+        QCOMPARE(home.item(QStringLiteral("cardField"))->property("text").toString(),
+                 QStringLiteral("远方的楼"));
+        QTest::keyClick(home.window.get(), Qt::Key_Escape);
+        QTRY_VERIFY(home.item(QStringLiteral("infoOkBtn")) == nullptr);
     }
 
     void manyTabsDraw()
