@@ -79,26 +79,39 @@ HomeTest {
             onTextChanged: home.called("search", text)
         }
 
+        EScrollView {
+            id: scroll
+
+            width: 200
+            height: 60
+            barOffset: 12
+
+            ListView {
+                id: scrolled
+
+                model: 10
+                delegate: Item {
+                    width: 200
+                    height: 20
+                }
+            }
+        }
+
+        ECheckBox {
+            id: check
+
+            width: 14
+            height: 14
+            eCheckedUrl: "qrc:/images/ic_xuanzhong.png"
+            eUnCheckedUrl: "qrc:/images/help.png"
+            partCheckColor: "#1473e6"
+            text: "删除空楼层"
+        }
+
         ETextField {
             id: field
 
             text: "值"
-        }
-
-        EComboBox {
-            id: combo
-
-            model: ["一", "二", "三"]
-            onActivated: home.called("combo", index)
-        }
-
-        EProjTypeCheck {
-            id: typeCheck
-
-            width: 240
-            height: 32
-            panelModel: leftPanelModel
-            onSigTypeChecked: home.called("type", strType)
         }
     }
 
@@ -172,8 +185,6 @@ HomeTest {
             searchBox.text = ""
             box.noText = "取消"
             box.needsAnswer = true
-            typeCheck.strType = ""
-            typeCheck.typeName = "全部工程类型"
             home.calls = []
         }
 
@@ -334,119 +345,72 @@ HomeTest {
             field.backgroundBorderWidth = 1
         }
 
-        // Lists to choose from.
-
-        function openList(box) {
-            mouseClick(box)
-            tryCompare(box.popup, "opened", true)
+        function test_aFieldSaysWhetherThePointerIsOnIt() {
+            mouseMove(field, 5, 5)
+            tryCompare(field, "hovered", true)
+            compare(field.background.border.color, EConfig.eHoverBorderColor)
         }
 
-        function test_aChoiceByPointer() {
-            openList(combo)
-            mouseClick(combo.popup.contentItem.itemAtIndex(1))
-            compare(home.takeCalls(), ["combo(1)"])
-            tryCompare(combo.popup, "visible", false)
-            compare(combo.displayText, "二")
+        // What scrolls.
+
+        function test_aListHasABarForItsHeightAlone() {
+            compare(findChild(scroll, "verticalBar").visible, true)
+            compare(findChild(scroll, "horizontalBar").visible, false)
+            scrolled.model = 2
+            tryCompare(findChild(scroll, "verticalBar"), "visible", false)
+            scrolled.model = 10
         }
 
-        function test_aChoiceByKeyboard() {
-            combo.currentIndex = 0
-            combo.forceActiveFocus(Qt.TabFocusReason)
+        function test_theBarStandsWhereItIsAskedFor() {
+            const bar = findChild(scroll, "verticalBar")
+            compare(bar.x + bar.width, 212)
+            compare(bar.height, 60)
+            scroll.barOffset = 0
+            compare(bar.x + bar.width, 200)
+            scroll.barOffset = 12
+        }
+
+        function test_theBarMovesTheList() {
+            const bar = findChild(scroll, "verticalBar")
+            scrolled.contentY = 0
+            bar.increase()
+            verify(scrolled.contentY > 0)
+            scrolled.contentY = 0
+        }
+
+        // Check boxes.
+
+        function test_theCheckBoxShowsItsState() {
+            check.checked = false
+            compare(findChild(check, "checkImage").source, "qrc:/images/help.png")
+            mouseClick(check, 7, 7)
+            compare(check.checked, true)
+            compare(findChild(check, "checkImage").source, "qrc:/images/ic_xuanzhong.png")
+            verify(findChild(check, "checkImage").visible)
+            compare(home.find(check, "partSquare"), null)
+        }
+
+        function test_aPartCheckIsASquareOfHalfTheSize() {
+            check.partCheck = true
+            const square = home.find(check, "partSquare")
+            compare(Qt.size(square.width, square.height), Qt.size(7, 7))
+            compare(square.color, "#1473e6")
+            // In the middle, as far as whole points allow.
+            compare(square.mapToItem(check, 0, 0), Qt.point(3, 3))
+            compare(home.find(check, "checkImage"), null)
+            check.partCheck = false
+            compare(home.find(check, "partSquare"), null)
+        }
+
+        function test_theKeyboardTogglesTheCheckBox() {
+            check.checked = false
+            check.forceActiveFocus()
             keyClick(Qt.Key_Space)
-            tryCompare(combo.popup, "opened", true)
-            keyClick(Qt.Key_Down)
-            keyClick(Qt.Key_Return)
-            compare(home.takeCalls(), ["combo(1)"])
-            tryCompare(combo.popup, "visible", false)
+            compare(check.checked, true)
         }
 
-        function test_escapeClosesTheListWithoutAChoice() {
-            openList(combo)
-            keyClick(Qt.Key_Escape)
-            tryCompare(combo.popup, "visible", false)
-            compare(home.takeCalls(), [])
-        }
-
-        function test_aLongListScrolls() {
-            combo.popHeigh = 50
-            openList(combo)
-            compare(combo.popup.height, 50)
-            keyClick(Qt.Key_Escape)
-            tryCompare(combo.popup, "visible", false)
-            combo.popHeigh = 320
-        }
-
-        // The choice of a type.
-
-        function test_typesAreAllAtFirst() {
-            compare(typeCheck.typeName, "全部工程类型")
-            compare(typeCheck.strType, "")
-            compare(typeCheck.fontSize, 14)
-            compare(typeCheck.fontColor, "#f0f0f0")
-            compare(typeCheck.displayText, "全部工程类型")
-        }
-
-        function test_eachTypeHasNamePicturesAndCount_data() {
-            return [
-                { tag: "0", name: "全部工程类型", type: "", image: "bar_ic_default", hover: "bar_ic_hover", count: 7 },
-                { tag: "1", name: "场景工程", type: "CIM", image: "bar_ic_scene", hover: "bar_ic_scene_hover", count: 2 },
-                { tag: "2", name: "BIM工程", type: "BIM", image: "bar_ic_bim", hover: "bar_ic_bim_hover", count: 5 }
-            ]
-        }
-
-        function test_eachTypeHasNamePicturesAndCount(row) {
-            const entry = typeCheck.model[Number(row.tag)]
-            compare(entry.name, row.name)
-            compare(entry.type, row.type)
-            compare(entry.image, "qrc:/images/" + row.image + ".png")
-            compare(entry.hoverImage, "qrc:/images/" + row.hover + ".png")
-            compare(typeCheck.countOf(row.type), row.count)
-        }
-
-        function test_aChoiceSetsNameAndTypeAndTells() {
-            openList(typeCheck)
-            mouseClick(home.findShown("type_CIM"))
-            compare(home.takeCalls(), ["type(CIM)"])
-            compare(typeCheck.typeName, "场景工程")
-            compare(typeCheck.strType, "CIM")
-            tryCompare(typeCheck.popup, "visible", false)
-        }
-
-        function test_rowsOfTypesHaveTheirLook() {
-            typeCheck.strType = "BIM"
-            openList(typeCheck)
-            const line = home.findShown("type_BIM")
-            compare(line.height, 40)
-            compare(line.background.color, "#2e2e2e")
-            compare(line.background.radius, 3)
-            const inner = line.background.children[0]
-            compare(inner.y, 6)
-            compare(inner.height, 34)
-            compare(inner.color, "#2a2a2a")
-            compare(home.findTextIn(line, "BIM工程").color, "#1473e6")
-            compare(home.findTextIn(line, "5").color, "#1473e6")
-            const other = home.findShown("type_CIM")
-            compare(home.findTextIn(other, "场景工程").color, "#dddddd")
-            compare(other.mapFromItem(home.findTextIn(other, "2"), home.findTextIn(other, "2").width, 0).x, other.width - 25)
-            mouseMove(other, 20, 20)
-            tryCompare(other.background.children[0], "color", "#2a2a2a")
-            keyClick(Qt.Key_Escape)
-            tryCompare(typeCheck.popup, "visible", false)
-        }
-
-        function test_theMarkShowsWhetherTheListIsOpen() {
-            compare(typeCheck.indicator.source, "qrc:/images/ic_xiala.png")
-            openList(typeCheck)
-            compare(typeCheck.indicator.source, "qrc:/images/ic_xiala_hover.png")
-            keyClick(Qt.Key_Escape)
-            tryCompare(typeCheck.popup, "visible", false)
-            compare(typeCheck.indicator.source, "qrc:/images/ic_xiala.png")
-        }
-
-        function test_countsFollowThePanel() {
-            leftPanelModel.bimProjCount = 9
-            compare(typeCheck.bimProjCount, 9)
-            compare(typeCheck.countOf(""), 11)
+        function test_theCheckBoxSpeaks() {
+            compare(screens.spoken(check).name, "删除空楼层")
         }
 
         // Tool tips and boxes.
@@ -468,6 +432,8 @@ HomeTest {
             laterTip.close()
             compare(leavingTip.opened, false)
             leaving.parent = home
+            // As long as it fades it takes Escape.
+            tryVerify(function() { return home.findText("后来") === null })
         }
 
         function openBox() {
