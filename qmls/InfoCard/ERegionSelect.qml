@@ -27,7 +27,7 @@ ECardView {
         cityBox.clear()
         regionBox.clear()
         // A directly governed city is a province and its only city at once.
-        if (province.regionName.toLowerCase().includes("市"))
+        if (/市/.test(province.regionName))
             root.takeProvinceAsCity()
         else
             cityBox.reagionArray = regionModel.getChildRegionList(province.regionID)
