@@ -2,6 +2,7 @@
 #include "server/http/api.h"
 
 #include "server/accounts/token.h"
+#include "server/regions/regions.h"
 
 #include <ctime>
 #include <exception>
@@ -33,6 +34,21 @@ Reply Tagged(const Request& request, const TaggedAnswer& answer)
     Reply reply = request.ifNoneMatch == answer.tag ? EmptyReply(304) : JsonReply(200, answer.body);
     reply.headers.emplace_back("ETag", answer.tag);
     return reply;
+}
+
+/// Regions are part of the program: nobody needs to ask twice on one day.
+Reply Lasting(Reply reply)
+{
+    reply.headers.emplace_back("Cache-Control", "private, max-age=86400");
+    return reply;
+}
+
+Reply RegionsBelow(const Request& request)
+{
+    const auto parent = QueryValue(request.query, "parent");
+    if (!parent || parent->size() > Regions::longestId)
+        return ErrorReply(400, code::badRequest, "the id of a parent region is needed");
+    return Lasting(Tagged(request, Regions::known().below(*parent)));
 }
 
 } // namespace
@@ -122,6 +138,11 @@ Reply Api::routeWithSession(const Request& request, const Session& session)
         return request.method == "POST" ? ticket(request) : WrongMethod();
     if (path.size() == 3 && path[0] == "applications" && path[2] == "upload")
         return request.method == "GET" ? uploadPermission(path[1]) : WrongMethod();
+    if (path.size() == 1 && path[0] == "countries")
+        return request.method == "GET" ? Lasting(Tagged(request, Regions::known().countries()))
+                                       : WrongMethod();
+    if (path.size() == 1 && path[0] == "regions")
+        return request.method == "GET" ? RegionsBelow(request) : WrongMethod();
     if (path[0] == "projects")
         return routeProject(request, session);
     return Missing();

@@ -92,4 +92,18 @@ std::vector<std::string> PathBehind(std::string_view prefix, std::string_view ta
     return names;
 }
 
+std::optional<std::string> QueryValue(std::string_view query, std::string_view name)
+{
+    while (!query.empty()) {
+        const auto end = query.find('&');
+        const auto entry = query.substr(0, end);
+        if (entry.starts_with(name) && entry.substr(name.size()).starts_with('=')) {
+            std::string value;
+            return Decode(entry.substr(name.size() + 1), value) ? std::optional(value) : std::nullopt;
+        }
+        query.remove_prefix(end == std::string_view::npos ? query.size() : end + 1);
+    }
+    return std::nullopt;
+}
+
 } // namespace server

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -70,5 +71,8 @@ inline constexpr int diskFull = 50700;
 /// malformed or does not start with that. The prefix ends with a slash.
 [[nodiscard]] std::vector<std::string> PathBehind(std::string_view prefix, std::string_view target,
                                                   bool& isValid);
+
+/// The decoded value of `name` in a query; nothing when it is missing or malformed.
+[[nodiscard]] std::optional<std::string> QueryValue(std::string_view query, std::string_view name);
 
 } // namespace server

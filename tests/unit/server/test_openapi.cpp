@@ -258,6 +258,14 @@ std::vector<TestOpenApi::Ask> TestOpenApi::requestsOf(const Operation& operation
         {"DELETE /session", [&] { return std::vector{ask(loginOf("stranger"))}; }},
         {"GET /projects", [&] { return requestsWithATag("/projects"); }},
         {"GET /projects/states", [&] { return requestsWithATag("/projects/states"); }},
+        {"GET /countries", [&] { return requestsWithATag("/countries"); }},
+        {"GET /regions",
+         [&] {
+             auto requests = requestsWithATag("/regions?parent=110000");
+             const auto path = "/regions?parent=110000";
+             requests.emplace_back([this, path, token] { return send("GET", path, token); });
+             return requests;
+         }},
         {"PUT /projects/{guid}/name",
          [&] {
              return std::vector{ask(token, renamed), ask(m_stranger, renamed, guid, demo)};
