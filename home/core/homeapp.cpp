@@ -11,6 +11,7 @@
 #include "project/localprojectinfomgr.h"
 #include "project/projectmgr.h"
 #include "tabs/tabmgr.h"
+#include "tabs/websdkmgr.h"
 #include "view/context/editorcontrol/editorcontrol.h"
 #include "view/context/editorcontrol/gridviewcontroller.h"
 #include "view/context/editorcontrol/infocardcontroller.h"
@@ -55,6 +56,7 @@ const std::vector<MgrRow>& MgrTable()
         Row<CEditorControl>({5, 6}),
         Row<CTabMgr>({5, 1}),
         Row<CMessageBoxMgr>({5, 7}),
+        Row<CWebSDKMgr>({5, 4}),
         Row<CServiceConvertMgr>({6, 1}),
     };
     // clang-format on

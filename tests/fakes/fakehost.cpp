@@ -149,9 +149,11 @@ void MessageService::tellError(const QString& text) const
         observer->OnError(text);
 }
 
-void WebService::ContributeContext(QQmlContext* /*context*/)
+void WebService::ContributeContext(QQmlContext* context)
 {
     Called(QStringLiteral("ContributeContext()"));
+    if (onContribute)
+        onContribute(context);
 }
 
 void WebService::AddWebObserver(TorvoSDK::IWebObserver* observer)

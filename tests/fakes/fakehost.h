@@ -6,6 +6,7 @@
 #include "TorvoSDK/projecthost.h"
 #include "TorvoSDK/torvosdkplugin.h"
 
+#include <functional>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -71,6 +72,7 @@ public:
     void AddWebObserver(TorvoSDK::IWebObserver* observer) override;
 
     std::vector<TorvoSDK::IWebObserver*> observers;
+    std::function<void(QQmlContext*)> onContribute; ///< what the host does with the context
 };
 
 /// A host with all its services; the last two can be taken away.

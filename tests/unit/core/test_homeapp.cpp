@@ -9,6 +9,7 @@
 #include "project/localprojectinfomgr.h"
 #include "project/projectmgr.h"
 #include "tabs/tabmgr.h"
+#include "tabs/websdkmgr.h"
 #include "view/context/editorcontrol/editorcontrol.h"
 #include "view/context/editorcontrol/gridviewcontroller.h"
 #include "view/context/editorcontrol/infocardcontroller.h"
@@ -41,8 +42,8 @@ std::vector<std::type_index> VisitedTypes()
 
 const std::vector<std::type_index> visitOrder = {
     typeid(CProjectMgr),         typeid(CLocalProjectInfoMgr), typeid(CTabMgr),
-    typeid(CInfoCardController), typeid(CGridViewController),  typeid(CEditorControl),
-    typeid(CMessageBoxMgr),      typeid(CServiceConvertMgr),
+    typeid(CInfoCardController), typeid(CWebSDKMgr),           typeid(CGridViewController),
+    typeid(CEditorControl),      typeid(CMessageBoxMgr),       typeid(CServiceConvertMgr),
 };
 
 QString PropertyOf(const char* name)
@@ -241,6 +242,7 @@ void TestHomeApp::getMgrFindsEachManager()
     QVERIFY(App().GetMgr<CGridViewController>() != nullptr);
     QVERIFY(App().GetMgr<CEditorControl>() != nullptr);
     QVERIFY(App().GetMgr<CMessageBoxMgr>() != nullptr);
+    QVERIFY(App().GetMgr<CWebSDKMgr>() != nullptr);
     QVERIFY(App().GetMgr<CServiceConvertMgr>() != nullptr);
     // The cast of a manager with several bases must not be off.
     QCOMPARE(App().GetMgr<CTabMgr>()->metaObject(), &CTabMgr::staticMetaObject);
@@ -283,13 +285,14 @@ void TestHomeApp::registerContextPublishesWhatTheScreensBindTo()
         {"gridViewCtrl", App().GetMgr<CGridViewController>()},
         {"editorControl", App().GetMgr<CEditorControl>()},
         {"messageBoxMgr", App().GetMgr<CMessageBoxMgr>()},
+        {"webSdkMgr", App().GetMgr<CWebSDKMgr>()},
         {"serviceConvertMgr", App().GetMgr<CServiceConvertMgr>()},
     };
     for (const auto& [name, object] : published) {
         QVERIFY2(object != nullptr, qPrintable(name));
         QVERIFY2(context->contextProperty(name).value<QObject*>() == object, qPrintable(name));
     }
-    for (const char* name : {"proInfoModel", "orgModel", "gridViewModel", "leftPanelModel"})
+    for (const char* name : {"proInfoModel", "orgModel", "gridViewModel", "leftPanelModel", "propObject"})
         QVERIFY2(context->contextProperty(name).value<QObject*>() != nullptr, name);
 }
 
@@ -318,7 +321,7 @@ void TestHomeApp::unInitRunsAllBodiesBeforeAnyManagerIsDestroyed()
     });
     App().UnInit();
     QCOMPARE(Fakes::Calls().filter(QRegExp("FreeIDBDirector|tab gone|~")),
-             QStringList({"FreeIDBDirector()", "tab gone, managers: 8", "~CServiceConvertMgr"}));
+             QStringList({"FreeIDBDirector()", "tab gone, managers: 9", "~CServiceConvertMgr"}));
 }
 
 void TestHomeApp::secondInitReplacesTheManagersWithoutTheirUnInit()

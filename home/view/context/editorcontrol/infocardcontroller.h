@@ -41,6 +41,9 @@ public:
     /// What the card holds now.
     [[nodiscard]] SProjectInfoRecord GetProjectInfo() const;
 
+    /// The card's data themselves; as long as this manager.
+    [[nodiscard]] CProjectInfo* projectInfo() const { return m_projectInfo.get(); }
+
 private:
     QString m_expandPath;
     QJsonObject m_expandAttrs; ///< what the file of additional rows held
