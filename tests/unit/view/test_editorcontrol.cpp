@@ -4,6 +4,7 @@
 #include "fakes/openhome.h"
 #include "tabs/tab.h"
 #include "tabs/tabmgr.h"
+#include "view/context/editorcontrol/administrativeregion.h"
 
 using namespace TorvoEditor;
 using Fakes::SmartDB;
@@ -33,7 +34,7 @@ private slots:
     void init();
     void cleanup();
 
-    void publishesThreeNames();
+    void publishesItsNames();
     void variantFollowsTheSession_data();
     void variantFollowsTheSession();
     void loginNameIsTheSessions();
@@ -93,11 +94,12 @@ bool TestEditorControl::finishDownload()
     return QTest::qWaitFor([] { return Fakes::Calls().filter("NotifyDownloaded").size() == 1; });
 }
 
-void TestEditorControl::publishesThreeNames()
+void TestEditorControl::publishesItsNames()
 {
     QVERIFY(m_view->start());
     QCOMPARE(m_view->published<CEditorControl>("editorControl"), &StartedView::control());
     QVERIFY(m_view->published<CPanelModel>("leftPanelModel") != nullptr);
+    QVERIFY(m_view->published<CAdministrativeRegion>("regionModel") != nullptr);
 }
 
 void TestEditorControl::variantFollowsTheSession_data()

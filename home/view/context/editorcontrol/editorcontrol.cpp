@@ -5,6 +5,7 @@
 #include "core/homeapp.h"
 #include "project/localprojectinfomgr.h"
 #include "project/projectmgr.h"
+#include "view/context/editorcontrol/administrativeregion.h"
 #include "view/context/editorcontrol/gridviewcontroller.h"
 #include "view/context/editorcontrol/panelmodel.h"
 
@@ -57,6 +58,8 @@ void CEditorControl::Init()
     loadList();
     connect(&m_timer, &QTimer::timeout, this, &CEditorControl::refreshAll);
     m_timer.start(refreshInterval);
+    m_regionModel = std::make_unique<CAdministrativeRegion>(m_projectMgr);
+    m_regionModel->Load();
 }
 
 void CEditorControl::UnInit() {}
@@ -66,6 +69,7 @@ void CEditorControl::RegisterContext(QQmlContext* context)
     qmlRegisterType<CPanelModel>("CPanelModel", 1, 0, "CPanelModel");
     context->setContextProperty(QStringLiteral("leftPanelModel"), QVariant::fromValue(m_panelModel));
     context->setContextProperty(QStringLiteral("editorControl"), this);
+    context->setContextProperty(QStringLiteral("regionModel"), m_regionModel.get());
 }
 
 void CEditorControl::setIsBimSdk(bool isBimSdk)

@@ -4,6 +4,8 @@
 #include "core/mgrobj.h"
 #include "view/context/editorcontrol/actionrules.h"
 
+#include <memory>
+
 #include <QObject>
 #include <QString>
 #include <QTimer>
@@ -17,6 +19,7 @@ class IZRProject;
 namespace TorvoEditor
 {
 
+class CAdministrativeRegion;
 class CGridViewController;
 class CPanelModel;
 class CProjectMgr;
@@ -123,6 +126,7 @@ private:
     CGridViewController* m_gridViewController = nullptr; ///< not owned
     CPanelModel* m_panelModel = nullptr;
     CProjectMgr* m_projectMgr = nullptr; ///< not owned
+    std::unique_ptr<CAdministrativeRegion> m_regionModel;
     int m_appVer = -1;
     bool m_isBimSdk = false;
     bool m_bInOperation = false; ///< a worker is running; stops the periodic refresh
