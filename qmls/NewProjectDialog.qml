@@ -17,6 +17,8 @@ EDialog {
     /// Where a scene lies as long as nobody says otherwise.
     property real nLongitude: 121.0
     property real nLatitude: 31.0
+    /// The level down to which a region has to be chosen: 1 province, 2 city, 3 district.
+    property int nValidType: 3
 
     signal sendClicked(string guid)
 
@@ -27,6 +29,45 @@ EDialog {
         root.open()
     }
 
+    function selectedProvince() {
+        cityBox.clear()
+        regionBox.clear()
+        root.nValidType = 3
+        // A directly governed city is a province and its only city at once.
+        if (/市/.test(province.regionName)) {
+            root.takeProvinceAsCity()
+        } else {
+            cityBox.reagionArray = regionModel.getChildRegionList(province.regionID)
+            if (cityBox.reagionArray.length === 0)
+                root.nValidType = 1
+        }
+        root.placeAt(province)
+    }
+
+    function takeProvinceAsCity() {
+        cityBox.reagionArray = [{ name: province.regionName, id: province.regionID,
+                                  longitude: province.regionLongitude, latitude: province.regionLatitude }]
+        cityBox.take(cityBox.reagionArray[0])
+    }
+
+    function selectedCity() {
+        regionBox.clear()
+        regionBox.reagionArray = regionModel.getChildRegionList(cityBox.regionID)
+        if (regionBox.reagionArray.length === 0)
+            root.nValidType = 2
+        root.placeAt(cityBox)
+    }
+
+    function placeAt(box) {
+        root.nLongitude = box.regionLongitude
+        root.nLatitude = box.regionLatitude
+    }
+
+    function hasRegion() {
+        const last = [province, cityBox, regionBox][root.nValidType - 1]
+        return root.projType !== "CIM" || last.regionID !== ""
+    }
+
     function isComplete() {
         editProNameId.valid = editProNameId.displayText !== ""
         if (!editProNameId.valid) {
@@ -34,17 +75,20 @@ EDialog {
             return false
         }
         deptSelect.valid = !editorControl.isBimSdk || deptSelect.deptID !== ""
-        if (!deptSelect.valid)
+        if (!deptSelect.valid) {
             deptSelect.forceActiveFocus(Qt.OtherFocusReason)
-        return deptSelect.valid
+            return false
+        }
+        orgText.valid = root.hasRegion()
+        return orgText.valid
     }
 
     function create() {
         if (!root.isComplete())
             return
-        // The record still holds the region of the project that was looked at last.
         if (root.projType === "CIM")
-            proInfoModel.setBelongRegion("", "", "", "", "", "", root.nLongitude, root.nLatitude)
+            proInfoModel.setBelongRegion(province.regionID, province.regionName, cityBox.regionID, cityBox.regionName,
+                                         regionBox.regionID, regionBox.regionName, root.nLongitude, root.nLatitude)
         proInfoModel.setProjInfo(editProNameId.displayText.trim(), root.projType, selectAttrTemplateId.fileSelectName,
                                  deptSelect.deptID, deptSelect.deptName, editProjIotCode.displayText.trim(), "")
         root.sendClicked(proInfoModel.projGuid)
@@ -170,6 +214,57 @@ EDialog {
                     enableSelect: root.projType !== "BIM"
                     fontSize: root.normalFontSize
                     initFileName: root.iniAttrTemplate
+                }
+            }
+
+            FormRow {
+                id: orgText
+
+                objectName: "locationRow"
+                width: parent.width
+                spacing: 3
+                fontSize: root.normalFontSize
+                label: valid ? qsTr("项目地点") : qsTr("项目地点 * 行政区域必须选取到县级")
+                visible: root.projType !== "BIM"
+
+                ERegionBox {
+                    id: province
+
+                    objectName: "provinceBox"
+                    width: Math.round(parent.width / 3 - 2)
+                    popHeigh: 200
+                    isField: true
+                    fontSize: root.normalFontSize
+                    purpose: qsTr("省")
+                    reagionArray: regionModel.cityArray
+                    onSigSelect: root.selectedProvince()
+                }
+
+                ERegionBox {
+                    id: cityBox
+
+                    objectName: "cityBox"
+                    width: Math.round(parent.width / 3 - 10)
+                    anchors.left: province.right
+                    anchors.leftMargin: 10
+                    popHeigh: 200
+                    isField: true
+                    fontSize: root.normalFontSize
+                    purpose: qsTr("市")
+                    onSigSelect: root.selectedCity()
+                }
+
+                ERegionBox {
+                    id: regionBox
+
+                    objectName: "regionBox"
+                    width: Math.round(parent.width / 3 - 10)
+                    anchors.right: parent.right
+                    popHeigh: 200
+                    isField: true
+                    fontSize: root.normalFontSize
+                    purpose: qsTr("区县")
+                    onSigSelect: root.placeAt(regionBox)
                 }
             }
 

@@ -82,6 +82,17 @@ Item {
         function filterTree(type) { home.called("leftPanelModel.filterTree", type) }
     }
 
+    /// Lists of regions by their parent's id.
+    property QtObject regionModel: QtObject {
+        property var cityArray: []
+        property var children: ({})
+
+        function getChildRegionList(parentId) {
+            home.called("regionModel.getChildRegionList", parentId)
+            return children[parentId] || []
+        }
+    }
+
     property QtObject gridViewModel: null
     property QtObject orgModel: null
 
@@ -143,6 +154,8 @@ Item {
         proInfoModel.bBimViewShow = false
         proInfoModel.projImage = "qrc:/images/card_ic_big.png"
         proInfoModel.projInfo = []
+        regionModel.cityArray = []
+        regionModel.children = ({})
         home.calls = []
         screens.listen()
         screens.takeInfos()

@@ -59,6 +59,10 @@ HomeTest {
 
         function waitForForm() {
             tryVerify(function() { return part("nameField") !== null && part("nameField").activeFocus })
+            // Where a scene lies has tests of its own.
+            if (part("provinceBox") !== null)
+                part("provinceBox").take({ id: "710000", name: "台湾省", longitude: 120.7, latitude: 24.1 })
+            home.takeCalls()
         }
 
         function part(name) {
@@ -96,27 +100,29 @@ HomeTest {
 
         function test_rowsFollowTheVariant_data() {
             return [
-                { tag: "normal", appVer: 1, isBimSdk: false, type: "CIM", rows: ["nameRow", "typeRow", "templateRow"],
-                  field: null, hasBox: true },
+                { tag: "normal", appVer: 1, isBimSdk: false, type: "CIM",
+                  rows: ["nameRow", "typeRow", "templateRow", "locationRow"], field: null, hasBox: true },
                 { tag: "lite", appVer: 0, isBimSdk: false, type: "BIM", rows: ["nameRow", "typeRow"],
                   field: "BIM工程", hasBox: false },
-                { tag: "other", appVer: -1, isBimSdk: false, type: "CIM", rows: ["nameRow", "typeRow", "templateRow"],
-                  field: null, hasBox: false },
+                { tag: "other", appVer: -1, isBimSdk: false, type: "CIM",
+                  rows: ["nameRow", "typeRow", "templateRow", "locationRow"], field: null, hasBox: false },
                 { tag: "sdk", appVer: -1, isBimSdk: true, type: "CIM",
-                  rows: ["nameRow", "typeRow", "departmentRow", "templateRow", "iotRow"], field: "场景工程", hasBox: false },
+                  rows: ["nameRow", "typeRow", "departmentRow", "templateRow", "locationRow", "iotRow"],
+                  field: "场景工程", hasBox: false },
                 { tag: "lite sdk", appVer: 0, isBimSdk: true, type: "CIM",
-                  rows: ["nameRow", "typeRow", "departmentRow", "templateRow", "iotRow"], field: "场景工程", hasBox: false },
+                  rows: ["nameRow", "typeRow", "departmentRow", "templateRow", "locationRow", "iotRow"],
+                  field: "场景工程", hasBox: false },
                 { tag: "normal sdk", appVer: 1, isBimSdk: true, type: "CIM",
-                  rows: ["nameRow", "typeRow", "departmentRow", "templateRow", "iotRow"], field: "场景工程", hasBox: true }
+                  rows: ["nameRow", "typeRow", "departmentRow", "templateRow", "locationRow", "iotRow"],
+                  field: "场景工程", hasBox: true }
             ]
         }
 
         function test_rowsFollowTheVariant(row) {
             useVariant(row.appVer, row.isBimSdk)
             compare(dialog.projType, row.type)
-            const shown = ["nameRow", "typeRow", "departmentRow", "templateRow", "iotRow"].filter(function(name) {
-                return part(name) !== null
-            })
+            const all = ["nameRow", "typeRow", "departmentRow", "templateRow", "locationRow", "iotRow"]
+            const shown = all.filter(function(name) { return part(name) !== null })
             compare(shown, row.rows)
             compare(part("typeField") !== null ? part("typeField").text : null, row.field)
             compare(part("typeBox") !== null, row.hasBox)
@@ -139,7 +145,7 @@ HomeTest {
         function test_aSceneIsEnteredAndTold() {
             openForm()
             create("  新区 ")
-            compare(home.takeCalls(), ["proInfoModel.setBelongRegion(,,,,,,121,31)",
+            compare(home.takeCalls(), ["proInfoModel.setBelongRegion(710000,台湾省,,,,,120.7,24.1)",
                                        "proInfoModel.setProjInfo(新区,CIM,,,,,)", "sendClicked()"])
             tryCompare(dialog, "visible", false)
         }
@@ -346,7 +352,8 @@ HomeTest {
         function test_everyFieldHasANameForScreenReaders() {
             useVariant(1, true)
             const names = { nameField: "工程名称", typeBox: "场景工程", departmentBox: "所属项目部", fileField: "属性模板",
-                            iotField: "物联资产编号", newProjectBtn: "新建工程" }
+                            provinceBox: "台湾省", cityBox: "市", regionBox: "区县", iotField: "物联资产编号",
+                            newProjectBtn: "新建工程" }
             for (const name in names)
                 compare(screens.spoken(part(name)).name, names[name], name)
         }

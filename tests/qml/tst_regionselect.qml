@@ -7,25 +7,18 @@ import "qrc:/qmls/InfoCard"
 HomeTest {
     id: home
 
-    property QtObject regionModel: QtObject {
-        property var cityArray: [
-            { id: "11", name: "北京市", longitude: 116.4, latitude: 39.9 },
-            { id: "33", name: "浙江省", longitude: 120.2, latitude: 30.3 },
-            { id: "81", name: "香港特别行政区", longitude: 114.2, latitude: 22.3 }
-        ]
-        readonly property var children: ({
-            "11": [{ id: "110101", name: "东城区", longitude: 116.42, latitude: 39.93 }],
-            "33": [{ id: "3301", name: "杭州市", longitude: 120.15, latitude: 30.28 },
-                   { id: "3302", name: "宁波市", longitude: 121.55, latitude: 29.88 }],
-            "3301": [{ id: "330106", name: "西湖区", longitude: 120.13, latitude: 30.26 },
-                     { id: "330108", name: "滨江区", longitude: 120.21, latitude: 30.21 }]
-        })
-
-        function getChildRegionList(id) {
-            home.called("regionModel.getChildRegionList", id)
-            return children[id] || []
-        }
-    }
+    readonly property var provinces: [
+        { id: "11", name: "北京市", longitude: 116.4, latitude: 39.9 },
+        { id: "33", name: "浙江省", longitude: 120.2, latitude: 30.3 },
+        { id: "81", name: "香港特别行政区", longitude: 114.2, latitude: 22.3 }
+    ]
+    readonly property var regions: ({
+        "11": [{ id: "110101", name: "东城区", longitude: 116.42, latitude: 39.93 }],
+        "33": [{ id: "3301", name: "杭州市", longitude: 120.15, latitude: 30.28 },
+               { id: "3302", name: "宁波市", longitude: 121.55, latitude: 29.88 }],
+        "3301": [{ id: "330106", name: "西湖区", longitude: 120.13, latitude: 30.26 },
+                 { id: "330108", name: "滨江区", longitude: 120.21, latitude: 30.21 }]
+    })
 
     Component {
         id: rowComponent
@@ -53,6 +46,8 @@ HomeTest {
 
         function init() {
             home.reset()
+            regionModel.cityArray = home.provinces
+            regionModel.children = home.regions
             mouseMove(home, 1300, 850)
         }
 

@@ -8,16 +8,6 @@ import ".."
 HomeTest {
     id: home
 
-    property QtObject regionModel: QtObject {
-        property var cityArray: [{ id: "33", name: "浙江省", longitude: 120.2, latitude: 30.3 },
-                                 { id: "52", name: "贵州省", longitude: 106.7, latitude: 26.6 }]
-
-        function getChildRegionList(id) {
-            return id !== "33" ? [] : [{ id: "3301", name: "杭州市", longitude: 120.15, latitude: 30.28 },
-                                       { id: "3302", name: "宁波市", longitude: 121.55, latitude: 29.88 }]
-        }
-    }
-
     Loader {
         id: loader
 
@@ -44,6 +34,10 @@ HomeTest {
 
         function init() {
             home.reset()
+            regionModel.cityArray = [{ id: "33", name: "浙江省", longitude: 120.2, latitude: 30.3 },
+                                     { id: "52", name: "贵州省", longitude: 106.7, latitude: 26.6 }]
+            regionModel.children = { "33": [{ id: "3301", name: "杭州市", longitude: 120.15, latitude: 30.28 },
+                                            { id: "3302", name: "宁波市", longitude: 121.55, latitude: 29.88 }] }
             gridViewModel.clear()
             mouseMove(home, 1000, 800)
         }
@@ -158,6 +152,37 @@ HomeTest {
             shoot("new-project")
             mouseClick(home.findShown("newProjectBtn"))
             shoot("new-project-without-name")
+            closeForm()
+        }
+
+        function test_8_newProjectSomewhere() {
+            const names = ["北京市", "天津市", "河北省", "山西省", "内蒙古自治区", "辽宁省", "吉林省", "黑龙江省", "新疆维吾尔自治区"]
+            regionModel.cityArray = names.map(function(name, i) {
+                return { id: "p" + i, name: name, longitude: 116, latitude: 39 }
+            })
+            regionModel.children = { p8: [{ id: "c", name: "克孜勒苏柯尔克孜自治州", longitude: 76, latitude: 39 }],
+                                     c: [{ id: "d", name: "阿图什市", longitude: 76, latitude: 39 }] }
+            openForm()
+            home.findShown("nameField").text = "老城区改造场景"
+            mouseClick(home.findShown("newProjectBtn"))
+            shoot("new-project-without-location")
+            mouseClick(home.findShown("provinceBox"))
+            tryVerify(function() { return home.findShown("region_p2") !== null })
+            mouseMove(home.findShown("region_p2"), 60, 15)
+            wait(900)
+            shoot("regions")
+            keyClick(Qt.Key_End)
+            keyClick(Qt.Key_Return)
+            home.findShown("cityBox").take(regionModel.children.p8[0])
+            mouseMove(home.findShown("cityBox"), 40, 16)
+            wait(900)
+            shoot("location")
+            mouseMove(home, 1000, 800)
+            mouseClick(home.findShown("regionBox"))
+            wait(300)
+            shoot("districts")
+            keyClick(Qt.Key_Escape)
+            tryVerify(function() { return !home.findShown("regionBox").popup.visible })
             closeForm()
         }
 
