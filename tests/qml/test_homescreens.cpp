@@ -296,6 +296,9 @@ private slots:
         home.click(QStringLiteral("proInfoBtn"));
         QTRY_VERIFY(home.hasInfoCard());
         home.draw();
+        const qreal ratio = home.window->devicePixelRatio();
+        QCOMPARE(home.item(QStringLiteral("infoPicture"))->property("sourceSize").toSize(),
+                 QSize(qRound(310 * ratio), qRound(167 * ratio)));
         home.type("d");
         home.click(QStringLiteral("infoOkBtn"));
         QTRY_VERIFY(home.item(QStringLiteral("infoOkBtn")) == nullptr);

@@ -168,7 +168,8 @@ HomeTest {
         }
 
         function test_oddTextsStayAsTheyAre_data() {
-            return [{ tag: "blanks", text: "   " }, { tag: "emoji", text: "🏗️ 一期" }, { tag: "markup", text: "<b>x</b>" },
+            return [{ tag: "blanks", text: "   " }, { tag: "emoji", text: "🏗️ 一期" },
+                    { tag: "line breaks", text: "一\n二\r\n三" }, { tag: "markup", text: "<b>x</b>" },
                     { tag: "10000 signs", text: "长".repeat(10000) }]
         }
 

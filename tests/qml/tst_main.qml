@@ -254,6 +254,18 @@ HomeTest {
             verify(place.mapFromItem(card, 0, 0).x > 180)
         }
 
+        function test_theKeyboardGoesBackToTheTreeWhenTheInfoCardCloses() {
+            tryVerify(function() { return home.find(main, "treeRow_a") !== null })
+            const tree = part("projectTree")
+            tree.forceActiveFocus()
+            keyClick(Qt.Key_Space)
+            waitForCard()
+            compare(home.takeCalls(), ["infoCardCtrl.showProjectInfo(a)"])
+            verify(!tree.activeFocus)
+            closeCard()
+            tryCompare(tree, "activeFocus", true)
+        }
+
         function test_aPressBesideTheInfoCardDoesNotCloseIt() {
             click("proInfoBtn")
             waitForCard()

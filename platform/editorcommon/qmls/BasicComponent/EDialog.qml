@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 import QtQuick 2.15
+import QtQuick.Window 2.15
 import QtQuick.Templates 2.15 as T
 import "qrc:/EditorCommon/qmls/Config"
 
@@ -12,6 +13,17 @@ T.Popup {
     /// How far the user has moved it from its place.
     property real xOffset: 0
     property real yOffset: 0
+    /// What had the keyboard before, and gets it back.
+    property Item lastFocus: null
+
+    function giveFocusBack() {
+        if (root.parent === null)
+            return
+        const holder = root.parent.Window.activeFocusItem
+        const isFree = holder === null || holder === root.parent.Window.contentItem
+        if (isFree && root.lastFocus !== null && root.lastFocus.visible)
+            root.lastFocus.forceActiveFocus(Qt.OtherFocusReason)
+    }
 
     x: parent !== null ? Math.round((parent.width - width) / 2 + xOffset) : 0
     y: parent !== null ? Math.round((parent.height - height) / 2 + yOffset) : 0
@@ -22,6 +34,9 @@ T.Popup {
     focus: true
     padding: 0
     closePolicy: T.Popup.CloseOnEscape
+
+    onAboutToShow: root.lastFocus = root.parent.Window.activeFocusItem
+    onClosed: root.giveFocusBack()
 
     T.Overlay.modal: Rectangle {
         color: EConfig.eShade
