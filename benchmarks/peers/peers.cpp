@@ -2,6 +2,7 @@
 #include "peers/peers.h"
 
 #include <fstream>
+#include <sstream>
 #include <string>
 
 #include <QElapsedTimer>
@@ -58,6 +59,22 @@ double PeakMemoryOf(qint64 process)
             return std::stod(line.substr(6)) * 1024;
     }
     return 0;
+}
+
+double ProcessorSecondsOf(qint64 process)
+{
+    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
+    std::string stat;
+    std::getline(file, stat);
+    // The name in front may hold anything; behind it the times are the 12th and 13th field.
+    std::istringstream fields(stat.substr(stat.rfind(')') + 1));
+    std::string skipped;
+    for (int i = 0; i < 11; ++i)
+        fields >> skipped;
+    double user = 0;
+    double system = 0;
+    fields >> user >> system;
+    return (user + system) / static_cast<double>(::sysconf(_SC_CLK_TCK));
 }
 
 Nginx::Nginx(const std::filesystem::path& folder)

@@ -19,6 +19,9 @@ void WaitForPort(int port);
 /// The most memory that a process has had resident, in bytes.
 [[nodiscard]] double PeakMemoryOf(qint64 process);
 
+/// The processor time that a process has taken, of user and system together, in seconds.
+[[nodiscard]] double ProcessorSecondsOf(qint64 process);
+
 /// nginx over a folder, which may be read and, by PUT, written.
 class Nginx
 {

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <vector>
 
 #include <QCoreApplication>
 #include <QProcess>
@@ -21,8 +22,11 @@
 
 // A project of 913 MB in 2,000 files goes up, is changed a little, goes up again and comes down. The first
 // upload is held against curl sending the same bytes to nginx, the second against rsync, the download against
-// curl. Each transfer of ours runs in a process of its own, this program once more, so that its memory can be
-// told.
+// curl. Each transfer of ours runs in a process of its own, this program once more, so that its memory and
+// its processor time can be told.
+//
+// All of it three times, on fresh folders and servers, ours and theirs by turns the first: the figures are
+// the medians. Before each transfer the disk is waited for, so that nobody pays for what another has written.
 
 namespace
 {
@@ -30,6 +34,7 @@ namespace
 namespace fs = std::filesystem;
 
 const std::string guid = "7e3c1d90-0d52-4a67-8f10-2b9a5e4d1001";
+constexpr int rounds = 3;
 constexpr double memoryLimit = 128.0 * 1024 * 1024;
 
 ZRSmartFormat::SZRFTGuid Key()
@@ -37,7 +42,7 @@ ZRSmartFormat::SZRFTGuid Key()
     return ZRSmartFormat::GuidFromText(std::wstring(guid.begin(), guid.end()));
 }
 
-/// The child's part: what, address, token, data folder. Says its seconds and its memory.
+/// The child's part: what, address, token, data folder. Says its seconds, its memory and its processor time.
 int Transfer(const QStringList& arguments)
 {
     ZRSmartDB::Database database;
@@ -56,17 +61,22 @@ int Transfer(const QStringList& arguments)
         database.GetLastError(reason);
         qWarning("%s", qPrintable(QString::fromStdWString(reason)));
     }
-    std::printf("%f %f\n", seconds, bench::PeakMemoryOf(QCoreApplication::applicationPid()));
+    const auto process = QCoreApplication::applicationPid();
+    std::printf("%f %f %f\n", seconds, bench::PeakMemoryOf(process), bench::ProcessorSecondsOf(process));
     return isDone ? 0 : 1;
 }
 
 struct Cost {
     double seconds = 0;
     double memory = 0;
+    double clientProcessor = 0; ///< seconds, of user and system
+    double serverProcessor = 0;
 };
 
 Cost RunTransfer(const QString& what, const QString& address, const RealServer& server, const QString& folder)
 {
+    ::sync();
+    const double before = bench::ProcessorSecondsOf(server.process());
     QProcess child;
     child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     child.start(QCoreApplication::applicationFilePath(),
@@ -75,11 +85,13 @@ Cost RunTransfer(const QString& what, const QString& address, const RealServer& 
     if (child.exitCode() != 0)
         qFatal("a transfer has failed");
     const auto said = child.readAllStandardOutput().trimmed().split(' ');
-    return {said.at(0).toDouble(), said.at(1).toDouble()};
+    return {said.at(0).toDouble(), said.at(1).toDouble(), said.at(2).toDouble(),
+            bench::ProcessorSecondsOf(server.process()) - before};
 }
 
 double Run(const QString& program, const QStringList& arguments)
 {
+    ::sync();
     return bench::SecondsOf([&] {
         if (QProcess::execute(program, arguments) != 0)
             qFatal("%s has failed", qPrintable(program));
@@ -102,27 +114,51 @@ void MakeOneFile(const fs::path& folder, const fs::path& file)
     }
 }
 
-} // namespace
-
-int main(int argumentCount, char** arguments)
+/// Ours and theirs, the one or the other first.
+template<class Ours, class Theirs>
+void ByTurns(bool isOursFirst, Ours&& ours, Theirs&& theirs)
 {
-    const QCoreApplication app(argumentCount, arguments);
-    if (argumentCount > 1)
-        return Transfer(QCoreApplication::arguments());
+    if (isOursFirst)
+        ours();
+    theirs();
+    if (!isOursFirst)
+        ours();
+}
 
-    const QTemporaryDir source;
-    const QTemporaryDir web;
-    const QTemporaryDir mirror;
-    const fs::path folder = ZRSmartDB::ProjectFolder(source.path().toStdString(), guid);
+/// The figures of one round.
+struct Round {
+    Cost firstUp;
+    Cost secondUp;
+    Cost down;
+    double curlUp = 0;
+    double rsync = 0;
+    double curlDown = 0;
+    double secondBytes = 0;
+    double rsyncBytes = 0;
+    double nothingBytes = 0;
+    double rsyncNothingBytes = 0;
+    double serverMemory = 0;
+};
+
+void MakeProject(const fs::path& folder)
+{
     ZRSmartDB::ProjectHead head;
     head.guid = guid;
     head.name = "large";
     head.type = "BIM";
     ZRSmartDB::ProjectFile::create(folder, head);
     workload::Make(folder);
+}
+
+Round RunRound(bool isOursFirst)
+{
+    const QTemporaryDir source;
+    const QTemporaryDir web;
+    const QTemporaryDir mirror;
+    const fs::path folder = ZRSmartDB::ProjectFolder(source.path().toStdString(), guid);
+    MakeProject(folder);
     const auto oneFile = web.filePath("one");
     MakeOneFile(folder, oneFile.toStdString());
-    ::sync();
 
     const RealServer server(TORVO_SERVER);
     const auto address = QString::fromStdString(server.address());
@@ -132,48 +168,122 @@ int main(int argumentCount, char** arguments)
     bench::CountingProxy toRsync(rsync.port());
     const auto viaProxy = QStringLiteral("http://127.0.0.1:%1").arg(toServer.port());
 
-    const double curlUp = Run("curl", {"-sf", "-T", oneFile, nginx.url("sent")});
-    const auto firstUp = RunTransfer("upload", address, server, source.path());
+    Round round;
+    ByTurns(
+        isOursFirst, [&] { round.firstUp = RunTransfer("upload", address, server, source.path()); },
+        [&] {
+            round.curlUp = Run("curl", {"-sf", "-T", oneFile, nginx.url("sent")});
+        });
     RunRsync(folder, rsync.port());
 
     // Timestamps have to be told apart from fresh ones, or everything is read again.
     ::sleep(3);
     workload::Change(folder);
-    ::sync();
     static_cast<void>(toServer.take());
-    const auto secondUp = RunTransfer("upload", viaProxy, server, source.path());
-    const auto secondBytes = static_cast<double>(toServer.take());
-    const double rsyncSeconds = RunRsync(folder, toRsync.port());
-    const auto rsyncBytes = static_cast<double>(toRsync.take());
+    ByTurns(
+        isOursFirst, [&] { round.secondUp = RunTransfer("upload", viaProxy, server, source.path()); },
+        [&] { round.rsync = RunRsync(folder, toRsync.port()); });
+    round.secondBytes = static_cast<double>(toServer.take());
+    round.rsyncBytes = static_cast<double>(toRsync.take());
 
     ::sleep(3);
     RunTransfer("upload", viaProxy, server, source.path());
-    const auto nothingBytes = static_cast<double>(toServer.take());
+    round.nothingBytes = static_cast<double>(toServer.take());
     RunRsync(folder, toRsync.port());
-    const auto rsyncNothing = static_cast<double>(toRsync.take());
+    round.rsyncNothingBytes = static_cast<double>(toRsync.take());
 
     const QTemporaryDir target;
-    const auto down = RunTransfer("download", address, server, target.path());
-    const double curlDown = Run("curl", {"-sf", "-o", web.filePath("fetched"), nginx.url("one")});
+    ByTurns(
+        isOursFirst, [&] { round.down = RunTransfer("download", address, server, target.path()); },
+        [&] {
+            round.curlDown = Run("curl", {"-sf", "-o", web.filePath("fetched"), nginx.url("one")});
+        });
+    round.serverMemory = bench::PeakMemoryOf(server.process());
+    return round;
+}
 
-    const double clientMemory = std::max({firstUp.memory, secondUp.memory, down.memory});
-    const double serverMemory = bench::PeakMemoryOf(server.process());
+/// The figure of each round.
+template<class Figure>
+std::vector<double> Each(const std::vector<Round>& rounds, Figure figure)
+{
+    std::vector<double> values;
+    for (const auto& round : rounds)
+        values.push_back(figure(round));
+    return values;
+}
+
+void Tell(const char* what, std::vector<double> values)
+{
+    std::fprintf(stderr, "%s: %.2f s (%.2f to %.2f)\n", what, bench::MedianOf(values),
+                 *std::min_element(values.begin(), values.end()),
+                 *std::max_element(values.begin(), values.end()));
+}
+
+void TellProcessor(const char* what, const std::vector<Round>& rounds, Cost Round::*transfer)
+{
     std::fprintf(
-        stderr,
-        "first upload %.2f s, curl -T %.2f s; second %.2f s and %.0f bytes, rsync %.2f s and %.0f bytes;\n"
-        "nothing changed %.0f bytes, rsync %.0f bytes; download %.2f s, curl %.2f s;\n"
-        "client %.0f MiB, server %.0f MiB\n",
-        firstUp.seconds, curlUp, secondUp.seconds, secondBytes, rsyncSeconds, rsyncBytes, nothingBytes,
-        rsyncNothing, down.seconds, curlDown, clientMemory / 1048576, serverMemory / 1048576);
+        stderr, "%s: %.2f s of processor by the client, %.2f s by the server\n", what,
+        bench::MedianOf(Each(rounds, [&](const Round& r) { return (r.*transfer).clientProcessor; })),
+        bench::MedianOf(Each(rounds, [&](const Round& r) { return (r.*transfer).serverProcessor; })));
+}
+
+/// Our median over theirs.
+template<class Ours, class Theirs>
+double RatioOf(const std::vector<Round>& rounds, Ours ours, Theirs theirs)
+{
+    return bench::MedianOf(Each(rounds, ours)) / bench::MedianOf(Each(rounds, theirs));
+}
+
+} // namespace
+
+int main(int argumentCount, char** arguments)
+{
+    const QCoreApplication app(argumentCount, arguments);
+    if (argumentCount > 1)
+        return Transfer(QCoreApplication::arguments());
+
+    std::vector<Round> all;
+    for (int i = 0; i < rounds; ++i)
+        all.push_back(RunRound(i % 2 == 1));
+
+    const auto firstUp = [](const Round& round) { return round.firstUp.seconds; };
+    const auto curlUp = [](const Round& round) { return round.curlUp; };
+    const auto secondUp = [](const Round& round) { return round.secondUp.seconds; };
+    const auto rsync = [](const Round& round) { return round.rsync; };
+    const auto down = [](const Round& round) { return round.down.seconds; };
+    const auto curlDown = [](const Round& round) { return round.curlDown; };
+    Tell("first upload", Each(all, firstUp));
+    Tell("curl -T", Each(all, curlUp));
+    Tell("after a small change", Each(all, secondUp));
+    Tell("rsync -a", Each(all, rsync));
+    Tell("download", Each(all, down));
+    Tell("curl", Each(all, curlDown));
+    TellProcessor("first upload", all, &Round::firstUp);
+    TellProcessor("after a small change", all, &Round::secondUp);
+    TellProcessor("download", all, &Round::down);
+
     bench::Report report;
-    report.ratio("bytes after a small change", secondBytes / rsyncBytes, 0.2,
+    report.ratio(
+        "bytes after a small change",
+        RatioOf(
+            all, [](const Round& r) { return r.secondBytes; }, [](const Round& r) { return r.rsyncBytes; }),
+        0.2, "rsync -a over the same folders");
+    report.ratio("time after a small change", RatioOf(all, secondUp, rsync), 1.0,
                  "rsync -a over the same folders");
-    report.ratio("time after a small change", secondUp.seconds / rsyncSeconds, 1.0,
-                 "rsync -a over the same folders");
-    report.ratio("bytes when nothing has changed", nothingBytes / rsyncNothing, 0.05,
-                 "rsync -a over the same folders");
-    report.ratio("first upload", firstUp.seconds / curlUp, 1.5, "curl -T of the same bytes to nginx");
-    report.ratio("download", down.seconds / curlDown, 1.1, "curl fetching the same bytes from nginx");
+    report.ratio("bytes when nothing has changed",
+                 RatioOf(
+                     all, [](const Round& r) { return r.nothingBytes; },
+                     [](const Round& r) { return r.rsyncNothingBytes; }),
+                 0.05, "rsync -a over the same folders");
+    report.ratio("first upload", RatioOf(all, firstUp, curlUp), 1.5, "curl -T of the same bytes to nginx");
+    report.ratio("download", RatioOf(all, down, curlDown), 1.1, "curl fetching the same bytes from nginx");
+    double clientMemory = 0;
+    double serverMemory = 0;
+    for (const auto& round : all) {
+        clientMemory =
+            std::max({clientMemory, round.firstUp.memory, round.secondUp.memory, round.down.memory});
+        serverMemory = std::max(serverMemory, round.serverMemory);
+    }
     report.ratio("resident memory of the client", clientMemory / memoryLimit, 1.0, "128 MiB");
     report.ratio("resident memory of the server", serverMemory / memoryLimit, 1.0, "128 MiB");
     return report.exitCode();

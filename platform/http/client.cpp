@@ -204,6 +204,9 @@ private:
         curl_easy_setopt(m_handle, CURLOPT_LOW_SPEED_TIME, limits.slowSeconds);
         curl_easy_setopt(m_handle, CURLOPT_LOW_SPEED_LIMIT, limits.slowBytes);
         curl_easy_setopt(m_handle, CURLOPT_BUFFERSIZE, request.take ? receiveBuffer : 16L * 1024L);
+        curl_easy_setopt(
+            m_handle, CURLOPT_UPLOAD_BUFFERSIZE,
+            static_cast<long>(std::clamp<std::size_t>(request.body.size(), 16U << 10U, 1U << 20U)));
         curl_easy_setopt(m_handle, CURLOPT_TCP_NODELAY, 1L);
     }
 

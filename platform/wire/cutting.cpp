@@ -145,13 +145,11 @@ std::variant<FileEntry, Refusal> CutFile(const std::filesystem::path& file, cons
     entry.path = path;
     entry.mode = ModeOf(file);
     entry.cutting = pageSize > 0 ? Cutting::pages : Cutting::contentDefined;
-    Digester whole;
     for (auto data = window.ahead(largestContentPiece); !data.empty();
          data = window.ahead(largestContentPiece)) {
         const auto length = pageSize > 0 ? std::min(pageSize, data.size()) : ContentPieceLength(data);
         const auto bytes = data.first(length);
         const Piece piece{DigestOf(bytes), static_cast<std::uint32_t>(length)};
-        whole.add(bytes);
         sink(piece, bytes);
         entry.pieces.push_back(piece);
         entry.size += length;
@@ -159,7 +157,7 @@ std::variant<FileEntry, Refusal> CutFile(const std::filesystem::path& file, cons
     }
     if (window.hasFailed())
         return Refusal{"cannot read " + file.string()};
-    entry.content = whole.finish();
+    entry.content = ContentOf(entry);
     return entry;
 }
 

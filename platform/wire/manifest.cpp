@@ -16,18 +16,23 @@ constexpr std::string_view manifestMagic = "TVM1";
 constexpr std::size_t digestSize = 32;
 constexpr std::size_t pieceSize = digestSize + 4;
 
-/// The part of a file's entry that follows its path.
-void WriteContent(ByteWriter& writer, const FileEntry& file)
+void WriteCut(ByteWriter& writer, const FileEntry& file)
 {
-    writer.u64(file.size);
-    writer.u32(file.mode);
-    writer.digest(file.content);
     writer.u8(static_cast<std::uint8_t>(file.cutting));
     writer.u32(static_cast<std::uint32_t>(file.pieces.size()));
     for (const auto& piece : file.pieces) {
         writer.digest(piece.name);
         writer.u32(piece.size);
     }
+}
+
+/// The part of a file's entry that follows its path.
+void WriteContent(ByteWriter& writer, const FileEntry& file)
+{
+    writer.u64(file.size);
+    writer.u32(file.mode);
+    writer.digest(file.content);
+    WriteCut(writer, file);
 }
 
 void WritePath(ByteWriter& writer, const std::string& path)
@@ -93,6 +98,14 @@ std::string CollisionRefusal(const Manifest& manifest)
 }
 
 } // namespace
+
+Digest ContentOf(const FileEntry& file)
+{
+    ByteWriter content;
+    content.raw("c");
+    WriteCut(content, file);
+    return DigestOf(content.bytes());
+}
 
 Digest RootOf(const Manifest& manifest)
 {

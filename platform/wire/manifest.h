@@ -35,12 +35,16 @@ struct FileEntry {
     std::string path;          ///< relative, UTF-8, "/" between its names
     std::uint64_t size = 0;    ///< bytes, the sum of the pieces
     std::uint32_t mode = 0644; ///< permission bits, 0644 or 0755
-    Digest content;            ///< digest of the whole file
+    Digest content;            ///< see ContentOf
     Cutting cutting = Cutting::contentDefined;
     std::vector<Piece> pieces; ///< in the order of the file
 
     friend bool operator==(const FileEntry&, const FileEntry&) = default;
 };
+
+/// The name of what stands in a file: a digest over its cutting and its pieces, so that the bytes are hashed
+/// once.
+[[nodiscard]] Digest ContentOf(const FileEntry& file);
 
 /// A revision of a project: all its files, ascending by the bytes of their paths.
 struct Manifest {

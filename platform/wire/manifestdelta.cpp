@@ -237,6 +237,31 @@ std::vector<Piece> FreshPieces(const Manifest& base, const Manifest& manifest)
     return fresh;
 }
 
+std::string EncodePieces(std::span<const Piece> pieces)
+{
+    ByteWriter writer;
+    for (const auto& piece : pieces) {
+        writer.digest(piece.name);
+        writer.u32(piece.size);
+    }
+    return writer.take();
+}
+
+std::variant<std::vector<Piece>, Refusal> DecodePieces(std::string_view bytes)
+{
+    if (bytes.size() % pieceBytes != 0)
+        return Refusal{"pieces that are cut short"};
+    ByteReader reader(bytes);
+    std::vector<Piece> pieces(bytes.size() / pieceBytes);
+    for (auto& piece : pieces) {
+        piece.name = reader.digest();
+        piece.size = reader.u32();
+        if (piece.size == 0 || piece.size > maximumPieceSize)
+            return Refusal{"a piece of an impossible size"};
+    }
+    return pieces;
+}
+
 std::string EncodeBits(const std::vector<bool>& bits)
 {
     std::string bytes((bits.size() + 7) / 8, '\0');

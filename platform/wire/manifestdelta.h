@@ -26,6 +26,12 @@ inline constexpr std::size_t mostPieces = 2U << 20U;
 /// The pieces of a manifest that its base does not have: each once, in the order of their first place.
 [[nodiscard]] std::vector<Piece> FreshPieces(const Manifest& base, const Manifest& manifest);
 
+/// Names and sizes of pieces, for asking which of them are missing.
+[[nodiscard]] std::string EncodePieces(std::span<const Piece> pieces);
+
+/// Reads encoded pieces; refuses a piece of an impossible size.
+[[nodiscard]] std::variant<std::vector<Piece>, Refusal> DecodePieces(std::string_view bytes);
+
 /// One bit for each piece, the first in the lowest bit of the first byte.
 [[nodiscard]] std::string EncodeBits(const std::vector<bool>& bits);
 

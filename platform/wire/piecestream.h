@@ -13,9 +13,14 @@
 namespace wire
 {
 
+inline constexpr std::size_t frameOverhead = 4;
+
 /// A piece as it stands in a piece stream and in the server's packs: 4 bytes with the length of what follows,
 /// the top bit telling that it is compressed, then the bytes. Compressed by zstd where that saves a tenth.
 [[nodiscard]] std::string FramedPiece(std::span<const std::byte> bytes);
+
+/// The same at the end of a stream.
+void AppendFrame(std::string& stream, std::span<const std::byte> bytes);
 
 /// Takes a piece stream apart that lies in memory whole.
 class FrameReader

@@ -65,6 +65,8 @@ private:
     [[nodiscard]] Reply pieces(const Request& request, const std::string& guid, const std::string& root);
     [[nodiscard]] Reply routeUpload(const Request& request, const Session& session);
     [[nodiscard]] Reply beginUpload(const Request& request, const Session& session);
+    [[nodiscard]] Reply wantedPieces(const std::string& guid, const std::string& id,
+                                     const std::string& names);
     [[nodiscard]] Reply uploadPieces(const std::string& guid, const std::string& id,
                                      const std::string& stream);
     [[nodiscard]] Reply commitUpload(const std::string& guid, const std::string& id);

@@ -118,6 +118,10 @@ Uploads::Wish WishOf(const std::string& guid, const wire::Message& message, std:
         RefuseContent("files that are told against no revision");
     const auto force = given.find("force");
     wish.isForced = force != given.end() && force->is_boolean() && force->get<bool>();
+    const auto ahead = given.find("ahead");
+    wish.isAhead = ahead != given.end() && ahead->is_boolean() && ahead->get<bool>();
+    if (wish.isAhead && !message.body.empty())
+        RefuseContent("files that are told now and later");
     wish.project = ProjectOf(guid, given.value("project", json()), account);
     wish.delta = message.body;
     return wish;
@@ -142,6 +146,8 @@ Reply Api::routeUpload(const Request& request, const Session& session)
             return request.method == "DELETE" ? abandonUpload(path[1], path[3]) : wrongMethod();
         if (path.size() == 5 && path[4] == "pieces")
             return request.method == "POST" ? uploadPieces(path[1], path[3], request.body) : wrongMethod();
+        if (path.size() == 5 && path[4] == "wanted")
+            return request.method == "POST" ? wantedPieces(path[1], path[3], request.body) : wrongMethod();
         if (path.size() == 5 && path[4] == "commit")
             return request.method == "POST" ? commitUpload(path[1], path[3]) : wrongMethod();
     } catch (const UploadRefused& refusal) {
@@ -165,6 +171,17 @@ Reply Api::beginUpload(const Request& request, const Session& session)
     Reply reply;
     reply.contentType = "application/x-torvo-upload";
     reply.body = wire::WriteMessage(json{{"upload", begun.id}}.dump(), wire::EncodeBits(begun.missing));
+    return reply;
+}
+
+Reply Api::wantedPieces(const std::string& guid, const std::string& id, const std::string& names)
+{
+    const auto pieces = wire::DecodePieces(names);
+    if (const auto* refusal = std::get_if<wire::Refusal>(&pieces))
+        RefuseContent(refusal->reason);
+    Reply reply;
+    reply.contentType = "application/x-torvo-bits";
+    reply.body = wire::EncodeBits(m_uploads.wanted(guid, id, std::get<std::vector<wire::Piece>>(pieces)));
     return reply;
 }
 

@@ -24,6 +24,11 @@ using Reason = UploadRefused::Reason;
 /// disk is not waited for all the time.
 constexpr std::uint64_t syncBytes = 256U << 20U;
 
+std::chrono::milliseconds TimeBetweenExtensions(std::chrono::seconds leaseTime)
+{
+    return std::chrono::milliseconds(leaseTime) / 10;
+}
+
 [[noreturn]] void RefuseGone()
 {
     throw UploadRefused(Reason::gone, "this upload has ended; begin it again");
@@ -64,6 +69,18 @@ wire::Manifest ReadManifest(const wire::Manifest& base, std::string_view delta)
     return manifest;
 }
 
+/// The frames of a piece stream with the names of their pieces.
+std::vector<std::pair<wire::Digest, std::span<const std::byte>>> NamedFrames(std::string_view stream)
+{
+    std::vector<std::pair<wire::Digest, std::span<const std::byte>>> frames;
+    wire::FrameReader reader(stream);
+    while (const auto frame = reader.next())
+        frames.emplace_back(wire::DigestOf(frame->bytes), frame->stored);
+    if (!reader.isGood())
+        throw UploadRefused(Reason::badContent, "a piece stream that is damaged or cut short");
+    return frames;
+}
+
 } // namespace
 
 struct Uploads::Upload {
@@ -71,11 +88,13 @@ struct Uploads::Upload {
     Project project;
     std::optional<std::string> base; ///< that must be the newest revision; nothing for a forced upload
     std::shared_ptr<const LoadedRevision> baseRevision; ///< may be null
+    bool isAhead = false;
     wire::Manifest manifest;
     std::unordered_map<wire::Digest, std::optional<PieceLocation>> fresh; ///< nothing: has not come yet
 
     std::mutex mutex; ///< protects what follows, and the locations above
     bool isEnded = false;
+    std::chrono::steady_clock::time_point extended = std::chrono::steady_clock::now();
     std::unique_ptr<PackWriter> writer;
     std::vector<StoredPiece> arrived; ///< and not yet known to the store
     std::uint64_t arrivedBytes = 0;
@@ -158,8 +177,23 @@ Uploads::~Uploads()
 UploadLease Uploads::renewed(const Upload& upload) const
 {
     auto lease = upload.lease;
-    lease.until = std::time(nullptr) + m_leaseTime.count();
+    const auto between = std::chrono::ceil<std::chrono::seconds>(TimeBetweenExtensions(m_leaseTime));
+    lease.until = std::time(nullptr) + (m_leaseTime + between).count();
     return lease;
+}
+
+/// Not with every request: the database waits for the disk, and there for the pieces that have just come.
+bool Uploads::extend(Upload& upload)
+{
+    if (upload.isEnded)
+        return false;
+    const auto now = std::chrono::steady_clock::now();
+    if (now - upload.extended < TimeBetweenExtensions(m_leaseTime))
+        return true;
+    if (!m_store.extendUpload(renewed(upload)))
+        return false;
+    upload.extended = now;
+    return true;
 }
 
 Uploads::Begun Uploads::begin(const wire::Digest& session, const Wish& wish)
@@ -176,7 +210,9 @@ Uploads::Begun Uploads::begin(const wire::Digest& session, const Wish& wish)
     }
     const wire::Manifest nothing;
     const auto& base = upload->baseRevision ? upload->baseRevision->manifest : nothing;
-    upload->manifest = ReadManifest(base, wish.delta);
+    upload->isAhead = wish.isAhead;
+    if (!wish.isAhead)
+        upload->manifest = ReadManifest(base, wish.delta);
     Require(m_store.beginUpload(renewed(*upload), upload->project, upload->base));
 
     // What an interrupted upload of the same client has brought counts as well.
@@ -222,28 +258,66 @@ void Uploads::forget(const std::string& id)
     m_uploads.erase(id);
 }
 
+std::vector<bool> Uploads::wanted(const std::string& guid, const std::string& id,
+                                  std::span<const wire::Piece> pieces)
+{
+    const auto upload = find(guid, id);
+    const auto locations = m_store.findPieces(pieces);
+    const std::lock_guard lock(upload->mutex);
+    if (!extend(*upload))
+        RefuseGone();
+    if (!upload->isAhead || upload->fresh.size() + pieces.size() > wire::mostPieces)
+        throw UploadRefused(Reason::badContent, "pieces that nobody can want to know of");
+    std::vector<bool> wanted(pieces.size());
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+        const auto known = upload->fresh.emplace(pieces[i].name, locations[i]).first;
+        wanted[i] = !known->second;
+    }
+    return wanted;
+}
+
 void Uploads::addPieces(const std::string& guid, const std::string& id, std::string_view stream)
 {
     const auto upload = find(guid, id);
-    const std::lock_guard lock(upload->mutex);
-    if (upload->isEnded || !m_store.extendUpload(renewed(*upload)))
-        RefuseGone();
-    wire::FrameReader reader(stream);
-    try {
-        while (const auto frame = reader.next())
-            upload->take(wire::DigestOf(frame->bytes), frame->stored, m_packs);
-        if (!reader.isGood())
-            throw UploadRefused(Reason::badContent, "a piece stream that is damaged or cut short");
-        if (upload->arrivedBytes >= syncBytes) {
-            upload->sync();
-            m_store.addPieces(upload->arrived);
-            upload->arrived.clear();
-            upload->arrivedBytes = 0;
+    // Before anybody is kept waiting: this is what takes the time.
+    const auto frames = NamedFrames(stream);
+    std::vector<StoredPiece> settling;
+    std::unique_ptr<OpenFile> file;
+    {
+        const std::lock_guard lock(upload->mutex);
+        if (!extend(*upload))
+            RefuseGone();
+        try {
+            for (const auto& [name, frame] : frames)
+                upload->take(name, frame, m_packs);
+            if (upload->arrivedBytes >= syncBytes) {
+                file = upload->writer->flush();
+                settling = std::exchange(upload->arrived, {});
+                upload->arrivedBytes = 0;
+            }
+        } catch (const UploadRefused&) {
+            throw;
+        } catch (const std::exception&) {
+            upload->forgetArrived();
+            throw;
         }
-    } catch (const UploadRefused&) {
-        throw;
+    }
+    if (file)
+        settle(*upload, *file, settling);
+}
+
+/// Makes pieces known when they are on the disk. What the client sends by its other connections is taken
+/// meanwhile.
+void Uploads::settle(Upload& upload, const OpenFile& file, std::span<const StoredPiece> pieces)
+{
+    try {
+        SyncToDisk(file);
+        m_store.addPieces(pieces);
     } catch (const std::exception&) {
-        upload->forgetArrived();
+        const std::lock_guard lock(upload.mutex);
+        for (const auto& [name, location] : pieces)
+            upload.fresh[name].reset();
+        upload.forgetArrived();
         throw;
     }
 }
@@ -254,6 +328,8 @@ wire::Digest Uploads::commit(const std::string& guid, const std::string& id)
     const std::lock_guard lock(upload->mutex);
     if (upload->isEnded)
         RefuseGone();
+    if (upload->isAhead)
+        throw UploadRefused(Reason::incomplete, "the files of the project have not been told yet");
     const auto root = wire::RootOf(upload->manifest);
     const Revision revision{root, wire::EncodeManifest(upload->manifest), Layout(upload->layout()).encode()};
     try {

@@ -10,6 +10,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -64,6 +65,7 @@ public:
         bool isForced = false;               ///< also when the base is not the newest revision any more
         std::optional<wire::Digest> against; ///< what `delta` is told against, nothing: against no files
         std::string_view delta;              ///< the new revision
+        bool isAhead = false;                ///< the revision is told later, by another beginning
     };
 
     struct Begun {
@@ -73,7 +75,12 @@ public:
 
     [[nodiscard]] Begun begin(const wire::Digest& session, const Wish& wish);
 
-    /// Takes a piece stream. Only pieces that the revision is made of are taken.
+    /// Which of these pieces must be sent. Only for an upload whose revision is told later: its pieces come
+    /// as they are read.
+    [[nodiscard]] std::vector<bool> wanted(const std::string& guid, const std::string& id,
+                                           std::span<const wire::Piece> pieces);
+
+    /// Takes a piece stream. Only pieces that the revision is made of, or that were asked about, are taken.
     void addPieces(const std::string& guid, const std::string& id, std::string_view stream);
 
     /// Makes the revision the newest. Returns its name.
@@ -91,6 +98,9 @@ private:
     [[nodiscard]] std::shared_ptr<Upload> find(const std::string& guid, const std::string& id);
     void forget(const std::string& id);
     void keepArrived(Upload& upload);
+    void settle(Upload& upload, const OpenFile& file, std::span<const StoredPiece> pieces);
+    /// Says that the client still sends. False when the upload has ended. Its mutex must be held.
+    [[nodiscard]] bool extend(Upload& upload);
     [[nodiscard]] UploadLease renewed(const Upload& upload) const;
 
     Store& m_store;

@@ -42,6 +42,12 @@ void WriteAll(int descriptor, std::string_view bytes)
     }
 }
 
+void Sync(int descriptor)
+{
+    if (::fdatasync(descriptor) != 0)
+        Fail("cannot write a pack to the disk");
+}
+
 std::uint32_t NewestPack(const std::filesystem::path& folder)
 {
     std::uint32_t newest = 0;
@@ -141,11 +147,24 @@ void PackWriter::writeBuffer()
     m_buffer.clear();
 }
 
+std::unique_ptr<OpenFile> PackWriter::flush()
+{
+    writeBuffer();
+    const int descriptor = ::fcntl(m_descriptor, F_DUPFD_CLOEXEC, 0);
+    if (descriptor < 0)
+        Fail("cannot open a pack once more");
+    return std::make_unique<OpenFile>(descriptor);
+}
+
 void PackWriter::sync()
 {
     writeBuffer();
-    if (::fdatasync(m_descriptor) != 0)
-        Fail("cannot write a pack to the disk");
+    Sync(m_descriptor);
+}
+
+void SyncToDisk(const OpenFile& file)
+{
+    Sync(file.descriptor());
 }
 
 } // namespace server

@@ -81,6 +81,10 @@ public:
     /// Throws std::runtime_error, DiskFull on a full disk.
     [[nodiscard]] PieceLocation append(std::string_view frame);
 
+    /// Writes what was appended and gives the file, so that SyncToDisk can wait for the disk while others
+    /// append.
+    [[nodiscard]] std::unique_ptr<OpenFile> flush();
+
     /// Returns when everything that was appended is on the disk. Throws std::runtime_error.
     void sync();
 
@@ -96,6 +100,9 @@ private:
     std::uint64_t m_size = 0;
     std::string m_buffer; ///< appended and not yet written
 };
+
+/// Returns when everything that was written to the file is on the disk. Throws std::runtime_error.
+void SyncToDisk(const OpenFile& file);
 
 /// The name of a pack's file.
 [[nodiscard]] std::string PackName(std::uint32_t pack);

@@ -4,7 +4,7 @@
 #include "smartdb/data/projectfile.h"
 #include "smartdb/failure.h"
 #include "smartdb/text.h"
-#include "wire/digest.h"
+#include "wire/cutting.h"
 #include "wire/projectfolder.h"
 
 #include <algorithm>
@@ -20,8 +20,6 @@ namespace
 
 namespace fs = std::filesystem;
 using nlohmann::json;
-
-constexpr std::size_t readBytes = 1U << 20U;
 
 fs::path FileIn(const fs::path& folder, std::string_view name)
 {
@@ -57,16 +55,12 @@ SyncState StateFrom(const json& object)
     return state;
 }
 
-std::string DigestOfFile(const fs::path& file)
+std::string ContentOfFile(const fs::path& file)
 {
-    std::ifstream stream(file, std::ios::binary);
-    wire::Digester digester;
-    std::vector<char> buffer(readBytes);
-    while (stream.read(buffer.data(), static_cast<std::streamsize>(buffer.size())), stream.gcount() > 0)
-        digester.add(std::string_view(buffer.data(), static_cast<std::size_t>(stream.gcount())));
-    if (!stream.eof())
-        throw Failure(localcode::cannotWrite, file.string() + " cannot be read");
-    return wire::ToHex(digester.finish());
+    const auto entry = wire::CutFile(file, {}, [](const wire::Piece&, std::span<const std::byte>) {});
+    if (const auto* refusal = std::get_if<wire::Refusal>(&entry))
+        throw Failure(localcode::cannotWrite, refusal->reason);
+    return wire::ToHex(std::get<wire::FileEntry>(entry).content);
 }
 
 /// The files of a revision beside the database.
@@ -111,7 +105,7 @@ bool FileHasChanged(const fs::path& file, SyncedFile& noted)
     const auto stamp = StampOf(file);
     if (LooksUnchanged(noted.stamp, stamp))
         return false;
-    if (stamp.size != noted.stamp.size || DigestOfFile(file) != noted.content)
+    if (stamp.size != noted.stamp.size || ContentOfFile(file) != noted.content)
         return true;
     noted.stamp = stamp;
     return false;

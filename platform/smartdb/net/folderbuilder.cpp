@@ -4,7 +4,6 @@
 #include "smartdb/failure.h"
 #include "smartdb/net/room.h"
 #include "smartdb/text.h"
-#include "wire/digest.h"
 
 #include <utility>
 
@@ -59,19 +58,17 @@ std::uint64_t BytesOfRuns(const wire::Manifest& manifest, const Batch& runs)
 
 } // namespace
 
-/// Gathers small pieces into large writes.
+/// Gathers small pieces, which have been checked, into large writes.
 class FolderBuilder::Writer
 {
 public:
     Writer(Disk& disk, const std::filesystem::path& file, const wire::FileEntry& entry)
-        : m_entry(entry)
-        , m_output(disk.create(file, entry.mode))
+        : m_output(disk.create(file, entry.mode))
     {
     }
 
     void write(std::span<const std::byte> bytes)
     {
-        m_digester.add(bytes);
         m_gathered.insert(m_gathered.end(), bytes.begin(), bytes.end());
         if (m_gathered.size() >= writeBytes)
             flush();
@@ -80,9 +77,6 @@ public:
     void finish()
     {
         flush();
-        if (m_digester.finish() != m_entry.content)
-            throw Failure(http::faultcode::badReply,
-                          "the project server told of other content for the file " + m_entry.path);
         m_output->close();
     }
 
@@ -93,9 +87,7 @@ private:
         m_gathered.clear();
     }
 
-    const wire::FileEntry& m_entry;
     std::unique_ptr<OutputFile> m_output;
-    wire::Digester m_digester;
     std::vector<std::byte> m_gathered;
 };
 

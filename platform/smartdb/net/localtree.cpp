@@ -4,7 +4,6 @@
 #include "smartdb/data/projectfile.h"
 #include "smartdb/failure.h"
 #include "smartdb/text.h"
-#include "wire/cutting.h"
 #include "wire/projectfolder.h"
 
 #include <atomic>
@@ -62,9 +61,10 @@ struct LocalTree::Known {
     FileStamp database;
 };
 
-LocalTree::LocalTree(fs::path folder, fs::path scratch)
+LocalTree::LocalTree(fs::path folder, fs::path scratch, wire::PieceSink sink)
     : m_folder(std::move(folder))
     , m_scratch(std::move(scratch))
+    , m_sink(std::move(sink))
 {
     const auto noted = ReadSyncState(m_folder);
     if (noted) {
@@ -143,7 +143,7 @@ void LocalTree::cut(const std::string& path, const fs::path& scratch, Described&
             throw Failure(localcode::cannotWrite, described.snapshot->refusal());
         file = described.snapshot->file();
     }
-    auto entry = wire::CutFile(file, path, [](const wire::Piece&, std::span<const std::byte>) {});
+    auto entry = wire::CutFile(file, path, m_sink);
     if (const auto* refusal = std::get_if<wire::Refusal>(&entry))
         throw Failure(localcode::cannotWrite, refusal->reason);
     described.entry = std::get<wire::FileEntry>(std::move(entry));

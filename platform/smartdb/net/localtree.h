@@ -2,6 +2,7 @@
 #pragma once
 
 #include "smartdb/data/syncstate.h"
+#include "wire/cutting.h"
 #include "wire/manifest.h"
 #include "wire/snapshot.h"
 
@@ -22,9 +23,11 @@ namespace ZRSmartDB
 class LocalTree
 {
 public:
-    /// Describes a folder; `scratch` is an existing folder for the snapshots. Throws Failure when the folder
-    /// cannot be read, or is written too busily to get hold of it.
-    LocalTree(std::filesystem::path folder, std::filesystem::path scratch);
+    /// Describes a folder; `scratch` is an existing folder for the snapshots. `sink` gets each piece that is
+    /// read, by two threads, also of a file that turns out to have changed meanwhile and is read again.
+    /// Throws Failure when the folder cannot be read, or is written too busily to get hold of it, and what
+    /// the sink throws.
+    LocalTree(std::filesystem::path folder, std::filesystem::path scratch, wire::PieceSink sink = NoSink);
     LocalTree(const LocalTree&) = delete;
     LocalTree& operator=(const LocalTree&) = delete;
     ~LocalTree();
@@ -43,6 +46,8 @@ public:
     [[nodiscard]] std::filesystem::path source(std::size_t file) const;
 
 private:
+    static void NoSink(const wire::Piece& /*piece*/, std::span<const std::byte> /*bytes*/) {}
+
     struct Known;
 
     /// One file at the moment of the description.
@@ -62,6 +67,7 @@ private:
 
     const std::filesystem::path m_folder;
     const std::filesystem::path m_scratch;
+    const wire::PieceSink m_sink;
     std::string m_baseRevision;
     std::optional<wire::Manifest> m_base;
     wire::Manifest m_manifest;

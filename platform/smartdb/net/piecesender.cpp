@@ -26,6 +26,17 @@ bool MayPass(const http::Fault& fault)
 
 } // namespace
 
+http::Reply SendUntilAnswered(http::Client& client, const http::Request& request)
+{
+    const auto isGivenUp = [&] { return request.isGivenUp != nullptr && *request.isGivenUp; };
+    auto reply = client.send(request);
+    for (int attempt = 1; attempt < attempts && MayPass(reply.fault) && !isGivenUp(); ++attempt) {
+        std::this_thread::sleep_for(restAfterBreak * attempt);
+        reply = client.send(request);
+    }
+    return reply;
+}
+
 PieceSender::PieceSender(http::Client& client, std::string path, const LocalTree& tree,
                          std::span<const PiecePlace> pieces, Progress& progress)
     : m_client(client)
@@ -61,20 +72,26 @@ void PieceSender::work()
 void PieceSender::sendBatches()
 {
     PieceReader reader(m_tree);
+    http::Request request;
+    request.method = "POST";
+    request.path = m_path + "/pieces";
+    request.contentType = "application/x-torvo-pieces";
+    request.timeout = std::chrono::seconds(0);
+    request.isGivenUp = &m_isGivenUp;
     while (!m_isGivenUp) {
         const auto batch = takeBatch();
         if (batch.empty())
             return;
-        std::string body;
+        request.body.clear();
         std::uint64_t bytes = 0;
         for (const auto& place : batch) {
             const auto piece = reader.read(place);
             if (!piece)
                 return stopWith(Sending::fileHasChanged, {});
-            body += wire::FramedPiece(*piece);
+            wire::AppendFrame(request.body, *piece);
             bytes += place.size;
         }
-        const auto reply = post(body);
+        const auto reply = SendUntilAnswered(m_client, request);
         if (reply.fault.code == servercode::uploadGone)
             return stopWith(Sending::uploadIsGone, {});
         if (reply.fault)
@@ -91,24 +108,6 @@ std::span<const PiecePlace> PieceSender::takeBatch()
     while (m_next < m_pieces.size() && (bytes == 0 || bytes + m_pieces[m_next].size <= batchBytes))
         bytes += m_pieces[m_next++].size;
     return m_pieces.subspan(first, m_next - first);
-}
-
-http::Reply PieceSender::post(const std::string& body)
-{
-    http::Request request;
-    request.method = "POST";
-    request.path = m_path + "/pieces";
-    request.contentType = "application/x-torvo-pieces";
-    request.body = body;
-    request.timeout = std::chrono::seconds(0);
-    request.isGivenUp = &m_isGivenUp;
-    auto reply = m_client.send(request);
-    // Sending a piece again harms nothing.
-    for (int attempt = 1; attempt < attempts && MayPass(reply.fault) && !m_isGivenUp; ++attempt) {
-        std::this_thread::sleep_for(restAfterBreak * attempt);
-        reply = m_client.send(request);
-    }
-    return reply;
 }
 
 void PieceSender::stopWith(Sending end, const http::Fault& fault)

@@ -16,6 +16,9 @@
 namespace ZRSmartDB
 {
 
+/// Sends a request that may be sent again without harm, a few times when the connection breaks.
+[[nodiscard]] http::Reply SendUntilAnswered(http::Client& client, const http::Request& request);
+
 /// How the sending of pieces ended, when it did not simply succeed or fail.
 enum class Sending {
     done,
@@ -39,7 +42,6 @@ private:
     void work();
     void sendBatches();
     [[nodiscard]] std::span<const PiecePlace> takeBatch();
-    [[nodiscard]] http::Reply post(const std::string& body);
     void stopWith(Sending end, const http::Fault& fault);
 
     http::Client& m_client;

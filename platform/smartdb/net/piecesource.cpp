@@ -15,7 +15,6 @@ namespace
 
 constexpr std::size_t packetBytes = 1U << 20U;
 constexpr int attempts = 3;
-constexpr std::size_t frameOverhead = 4;
 
 http::Fault WrongData()
 {
@@ -32,7 +31,7 @@ std::size_t LongestReply(const wire::Manifest& manifest, const Batch& batch)
 {
     std::size_t bytes = 0;
     for (BatchCursor cursor(manifest, batch); !cursor.isAtEnd(); cursor.advance())
-        bytes += cursor.piece().size + frameOverhead;
+        bytes += cursor.piece().size + wire::frameOverhead;
     return bytes;
 }
 

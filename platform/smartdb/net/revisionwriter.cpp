@@ -11,17 +11,6 @@
 namespace ZRSmartDB
 {
 
-namespace
-{
-
-[[noreturn]] void RefuseFile(const std::string& path)
-{
-    throw Failure(http::faultcode::badReply,
-                  "the project server sent other data than the file " + path + " consists of");
-}
-
-} // namespace
-
 RevisionWriter::RevisionWriter(Disk& disk, const wire::Manifest& manifest, std::filesystem::path folder)
     : m_disk(disk)
     , m_manifest(manifest)
@@ -40,9 +29,6 @@ void RevisionWriter::begin()
 
 void RevisionWriter::end()
 {
-    const auto& file = m_manifest.files[m_index];
-    if (m_digester.finish() != file.content)
-        RefuseFile(file.path);
     m_output->close();
     m_output.reset();
     ++m_index;
@@ -69,7 +55,6 @@ void RevisionWriter::write(std::span<const std::byte> bytes)
         const auto left = m_manifest.files[m_index].size - m_written;
         const auto part = bytes.first(static_cast<std::size_t>(std::min<std::uint64_t>(left, bytes.size())));
         m_output->write(part);
-        m_digester.add(part);
         m_written += part.size();
         bytes = bytes.subspan(part.size());
     }
@@ -79,7 +64,8 @@ void RevisionWriter::finish()
 {
     endWholeFiles();
     if (m_index < m_manifest.files.size())
-        RefuseFile(m_manifest.files[m_index].path);
+        throw Failure(http::faultcode::badReply, "the project server sent less than the file " +
+                                                     m_manifest.files[m_index].path + " consists of");
 }
 
 } // namespace ZRSmartDB

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "smartdb/disk/disk.h"
-#include "wire/digest.h"
 #include "wire/manifest.h"
 
 #include <cstddef>
@@ -14,8 +13,8 @@
 namespace ZRSmartDB
 {
 
-/// Writes the files of a revision one after the other from the bytes of all of them in order, and checks each
-/// file as a whole. Operations throw Failure.
+/// Writes the files of a revision one after the other from the bytes of all of them in order. The bytes have
+/// been checked, piece by piece. Operations throw Failure.
 class RevisionWriter
 {
 public:
@@ -40,7 +39,6 @@ private:
     std::size_t m_index = 0;     ///< of the file that comes next or is being written
     std::uint64_t m_written = 0; ///< of that file
     std::unique_ptr<OutputFile> m_output;
-    wire::Digester m_digester;
 };
 
 } // namespace ZRSmartDB

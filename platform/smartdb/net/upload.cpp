@@ -5,6 +5,7 @@
 #include "smartdb/data/projectfile.h"
 #include "smartdb/failure.h"
 #include "smartdb/log.h"
+#include "smartdb/net/aheadsender.h"
 #include "smartdb/net/piecesender.h"
 #include "smartdb/net/projectrecord.h"
 #include "smartdb/net/remotetree.h"
@@ -65,6 +66,31 @@ std::uint64_t BytesOf(const std::vector<PiecePlace>& places)
     return bytes;
 }
 
+std::uint64_t BytesIn(const fs::path& folder)
+{
+    std::uint64_t bytes = 0;
+    std::error_code ignored;
+    for (const auto& entry : fs::recursive_directory_iterator(folder, ignored))
+        bytes += entry.is_regular_file(ignored) ? entry.file_size(ignored) : 0;
+    return bytes;
+}
+
+[[noreturn]] void RefuseBeginning()
+{
+    throw Failure(http::faultcode::badReply,
+                  "the project server answered with something that is no beginning of an upload");
+}
+
+/// The path of the requests of an upload that has begun.
+std::string PathOf(const std::string& guid, const http::Reply& reply)
+{
+    const auto message = wire::ReadMessage(reply.body);
+    const auto head = message ? json::parse(message->head, nullptr, false) : json();
+    if (!head.is_object() || !head.contains("upload") || !head["upload"].is_string())
+        RefuseBeginning();
+    return ProjectPath(guid) + "/uploads/" + http::EncodedName(head["upload"].get<std::string>());
+}
+
 bool IsBroken(const http::Fault& fault)
 {
     return fault.code == http::faultcode::unreachable || fault.code == http::faultcode::timedOut;
@@ -118,7 +144,8 @@ bool Upload::sendOnce(const Task& task)
     // Nothing to send. A forced upload goes on: it makes the server's revision this one, whatever it was.
     if (!local.isChanged && !task.isForced && head)
         return true;
-    const LocalTree tree(folder, m_side.path());
+    const auto described = describe(task, !head);
+    const auto& tree = *described;
     if (tree.state().revision == headName && !task.isForced) {
         WriteSynced(*m_disk, folder, tree.state(), tree.manifest());
         return true;
@@ -136,9 +163,43 @@ bool Upload::sendOnce(const Task& task)
             qCInfo(smartdbLog) << "a project was changed during its upload; it is described anew";
         return false;
     } catch (const Failure&) {
-        abandon(task, granted);
+        abandon(task, granted.path);
         throw;
     }
+}
+
+/// Of a project that is new to the server the pieces are sent as soon as they are read: nearly all of them
+/// will be missing, and what is read once need not be read again for being sent.
+std::unique_ptr<LocalTree> Upload::describe(const Task& task, bool isNew)
+{
+    const auto folder = ProjectFolder(m_dataFolder, task.guid);
+    if (!isNew)
+        return std::make_unique<LocalTree>(folder, m_side.path());
+    Progress progress("upload " + task.guid, BytesIn(folder));
+    AheadSender ahead(
+        m_client, [&] { return beginAhead(task); }, progress);
+    try {
+        auto tree = std::make_unique<LocalTree>(
+            folder, m_side.path(),
+            [&](const wire::Piece& piece, std::span<const std::byte> bytes) { ahead.take(piece, bytes); });
+        ahead.finish();
+        return tree;
+    } catch (const Failure&) {
+        ahead.giveUp();
+        if (!ahead.path().empty())
+            abandon(task, ahead.path());
+        throw;
+    }
+}
+
+/// Begins an upload whose files will be told by another beginning, which takes over what has arrived.
+std::string Upload::beginAhead(const Task& task)
+{
+    const auto reply =
+        askToBegin(task, {{"base", ""}, {"against", ""}, {"force", task.isForced}, {"ahead", true}}, {});
+    if (reply.fault)
+        throw Failure(reply.fault);
+    return PathOf(task.guid, reply);
 }
 
 Upload::Granted Upload::begin(const Task& task, const LocalTree& tree, const std::string& base)
@@ -151,37 +212,34 @@ Upload::Granted Upload::begin(const Task& task, const LocalTree& tree, const std
     }
     if (reply.fault)
         throw Failure(reply.fault);
-    const Failure bad(http::faultcode::badReply,
-                      "the project server answered with something that is no beginning of an upload");
-    const auto message = wire::ReadMessage(reply.body);
-    const auto head = message ? json::parse(message->head, nullptr, false) : json();
-    if (!head.is_object() || !head.contains("upload") || !head["upload"].is_string())
-        throw bad;
+    auto path = PathOf(task.guid, reply);
     const auto fresh = wire::FreshPieces(*against, tree.manifest());
-    const auto bits = wire::DecodeBits(message->body, fresh.size());
+    const auto bits = wire::DecodeBits(wire::ReadMessage(reply.body)->body, fresh.size());
     const auto* isMissing = std::get_if<std::vector<bool>>(&bits);
     if (isMissing == nullptr)
-        throw bad;
-    return {ProjectPath(task.guid) + "/uploads/" + http::EncodedName(head["upload"].get<std::string>()),
-            PlacesOf(tree.manifest(), fresh, *isMissing)};
+        RefuseBeginning();
+    return {std::move(path), PlacesOf(tree.manifest(), fresh, *isMissing)};
 }
 
 http::Reply Upload::askToBegin(const Task& task, const LocalTree& tree, const std::string& base,
                                const wire::Manifest& against)
 {
     const bool isAgainstNothing = against.files.empty();
-    const json head{
-        {"base", base},
-        {"against", isAgainstNothing ? std::string() : wire::ToHex(wire::RootOf(against))},
-        {"force", task.isForced},
-        {"project", ProjectRecordOf(ProjectFolder(m_dataFolder, task.guid), task.parent)},
-    };
+    return askToBegin(task,
+                      {{"base", base},
+                       {"against", isAgainstNothing ? std::string() : wire::ToHex(wire::RootOf(against))},
+                       {"force", task.isForced}},
+                      wire::EncodeManifestDelta(against, tree.manifest()));
+}
+
+http::Reply Upload::askToBegin(const Task& task, json head, std::string_view delta)
+{
+    head["project"] = ProjectRecordOf(ProjectFolder(m_dataFolder, task.guid), task.parent);
     http::Request request;
     request.method = "POST";
     request.path = ProjectPath(task.guid) + "/uploads";
     request.contentType = "application/x-torvo-upload";
-    request.body = wire::WriteMessage(head.dump(-1, ' ', false, json::error_handler_t::replace),
-                                      wire::EncodeManifestDelta(against, tree.manifest()));
+    request.body = wire::WriteMessage(head.dump(-1, ' ', false, json::error_handler_t::replace), delta);
     request.timeout = beginTime;
     return m_client.send(request);
 }
@@ -232,11 +290,11 @@ void Upload::sendModels(const Task& task)
     }
 }
 
-void Upload::abandon(const Task& task, const Granted& granted) noexcept
+void Upload::abandon(const Task& task, const std::string& path) noexcept
 {
     http::Request request;
     request.method = "DELETE";
-    request.path = granted.path;
+    request.path = path;
     request.timeout = abandonTime;
     // Without it the server ends the upload by itself, later.
     if (m_client.send(request).fault)

@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+#include <nlohmann/json_fwd.hpp>
+
 namespace ZRSmartDB
 {
 
@@ -34,11 +36,14 @@ private:
     void send(const Task& task);
     [[nodiscard]] bool sendOnce(const Task& task);
     [[nodiscard]] Granted begin(const Task& task, const LocalTree& tree, const std::string& base);
+    [[nodiscard]] std::unique_ptr<LocalTree> describe(const Task& task, bool isNew);
+    [[nodiscard]] std::string beginAhead(const Task& task);
     [[nodiscard]] http::Reply askToBegin(const Task& task, const LocalTree& tree, const std::string& base,
                                          const wire::Manifest& against);
+    [[nodiscard]] http::Reply askToBegin(const Task& task, nlohmann::json head, std::string_view delta);
     [[nodiscard]] bool commit(const Task& task, const LocalTree& tree, const Granted& granted);
     void sendModels(const Task& task);
-    void abandon(const Task& task, const Granted& granted) noexcept;
+    void abandon(const Task& task, const std::string& path) noexcept;
 
     http::Client& m_client;
     std::shared_ptr<Disk> m_disk;

@@ -34,6 +34,12 @@ std::string Replaced(std::string text, const std::string& part, const std::strin
     return place == std::string::npos ? text : text.replace(place, part.size(), by);
 }
 
+QJsonObject UploadedProject()
+{
+    return {{"type", "BIM"},  {"name", "n"},   {"parent", ""},      {"longitude", ""},
+            {"latitude", ""}, {"iotCode", ""}, {"earthConfig", ""}, {"proj4", ""}};
+}
+
 } // namespace
 
 /// Holds server/openapi.yaml against the running server: what it describes is there, and the server gives the
@@ -67,8 +73,10 @@ private:
     /// The body that begins the upload of a new project with one database, whose pieces the server has or
     /// not.
     [[nodiscard]] std::string uploadBody(bool hasPieces, const std::string& base = {}) const;
+    /// The body that begins the upload of a new project whose files are told later.
+    [[nodiscard]] static std::string aheadBody();
     /// Path of an upload that runs, of a project of its own.
-    [[nodiscard]] std::string begunUpload(bool hasPieces) const;
+    [[nodiscard]] std::string begunUpload(const std::string& body) const;
     [[nodiscard]] std::vector<Ask> requestsForUploads() const;
     [[nodiscard]] std::vector<Ask> requestsForCommits() const;
     [[nodiscard]] http::Reply send(const std::string& method, const std::string& path,
@@ -148,7 +156,7 @@ std::string TestOpenApi::filled(const std::string& path) const
     const std::string upload = "/projects/{guid}/uploads/{upload}";
     std::string result = path;
     if (path.starts_with(upload))
-        result = begunUpload(true) + path.substr(upload.size());
+        result = begunUpload(uploadBody(true)) + path.substr(upload.size());
     for (const auto& [placeholder, value] : values)
         result = Replaced(result, placeholder, value);
     return result;
@@ -174,18 +182,25 @@ std::string TestOpenApi::uploadBody(bool hasPieces, const std::string& base) con
     auto database = m_database;
     if (!hasPieces)
         database.pieces.front().name.bytes.fill(1);
-    const QJsonObject project{{"type", "BIM"},  {"name", "n"},   {"parent", ""},      {"longitude", ""},
-                              {"latitude", ""}, {"iotCode", ""}, {"earthConfig", ""}, {"proj4", ""}};
-    const QJsonObject head{
-        {"base", QString::fromStdString(base)}, {"against", ""}, {"force", false}, {"project", project}};
+    const QJsonObject head{{"base", QString::fromStdString(base)},
+                           {"against", ""},
+                           {"force", false},
+                           {"project", UploadedProject()}};
     return wire::WriteMessage(QJsonDocument(head).toJson().toStdString(),
                               wire::EncodeManifestDelta({}, {{database}}));
 }
 
-std::string TestOpenApi::begunUpload(bool hasPieces) const
+std::string TestOpenApi::aheadBody()
+{
+    const QJsonObject head{
+        {"base", ""}, {"against", ""}, {"force", false}, {"ahead", true}, {"project", UploadedProject()}};
+    return wire::WriteMessage(QJsonDocument(head).toJson().toStdString(), {});
+}
+
+std::string TestOpenApi::begunUpload(const std::string& body) const
 {
     const std::string project = "/projects/upload-" + std::to_string(++m_uploads);
-    const auto reply = send("POST", project + "/uploads", m_server->token(), uploadBody(hasPieces));
+    const auto reply = send("POST", project + "/uploads", m_server->token(), body);
     const auto message = wire::ReadMessage(reply.body);
     if (!message)
         throw std::runtime_error("no upload: " + reply.fault.msg);
@@ -205,7 +220,7 @@ std::vector<TestOpenApi::Ask> TestOpenApi::requestsForUploads() const
 
 std::vector<TestOpenApi::Ask> TestOpenApi::requestsForCommits() const
 {
-    const auto path = begunUpload(false) + "/commit";
+    const auto path = begunUpload(uploadBody(false)) + "/commit";
     const auto token = m_server->token();
     return {[this, path, token] { return send("POST", path, token); },
             [this, token] { return send("POST", "/projects/new/uploads/unknown/commit", token); }};
@@ -276,6 +291,12 @@ std::vector<TestOpenApi::Ask> TestOpenApi::requestsOf(const Operation& operation
          }},
         {"POST /projects/{guid}/uploads", [&] { return requestsForUploads(); }},
         {"POST /projects/{guid}/uploads/{upload}/commit", [&] { return requestsForCommits(); }},
+        {"POST /projects/{guid}/uploads/{upload}/wanted",
+         [&] {
+             const auto path = begunUpload(aheadBody()) + "/wanted";
+             return std::vector<Ask>{[this, path, token] { return send("POST", path, token); },
+                                     ask(token, "noise"), ask(token, {}, "upload-", "other-")};
+         }},
         {"POST /projects/{guid}/uploads/{upload}/pieces",
          [&] {
              return std::vector{ask(token, "noise"), ask(token, {}, "upload-", "other-")};

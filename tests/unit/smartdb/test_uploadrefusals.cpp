@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QTest>
 
 #include "person.h"
+#include "rawupload.h"
 
-#include "wire/cutting.h"
-#include "wire/manifestdelta.h"
-#include "wire/message.h"
 #include "wire/piecestream.h"
 
 #include <sqlite3.h>
@@ -22,12 +19,6 @@ constexpr int uploadGone = 40410;
 constexpr int converting = 40902;
 constexpr int unknownBase = 40903;
 constexpr int incomplete = 40904;
-
-QJsonObject SceneRecord()
-{
-    return {{"type", "CIM"},  {"name", "n"},   {"parent", ""},      {"longitude", ""},
-            {"latitude", ""}, {"iotCode", ""}, {"earthConfig", ""}, {"proj4", ""}};
-}
 
 } // namespace
 
@@ -52,15 +43,13 @@ private slots:
     void refusedUploadLeavesNoProject();
 
 private:
-    [[nodiscard]] http::Reply send(const std::string& path, const std::string& body) const;
-    [[nodiscard]] http::Reply begin(const wire::Manifest& manifest, const QJsonObject& record = SceneRecord(),
-                                    const std::string& against = {}) const;
     /// The path of an upload that has begun.
     [[nodiscard]] std::string begun() const;
     [[nodiscard]] wire::Manifest databaseOnly(const std::string& path = "project.db") const;
 
     std::unique_ptr<RealServer> m_server;
     std::unique_ptr<Person> m_anna;
+    std::unique_ptr<RawUpload> m_upload;
 };
 
 void TestUploadRefusals::init()
@@ -69,48 +58,17 @@ void TestUploadRefusals::init()
     m_server = std::make_unique<RealServer>(TORVO_SERVER);
     m_anna = std::make_unique<Person>(*m_server);
     m_anna->create(scene, "CIM");
-}
-
-http::Reply TestUploadRefusals::send(const std::string& path, const std::string& body) const
-{
-    http::Client client;
-    if (!client.setServer(m_server->address()))
-        return {};
-    client.setToken(m_server->token());
-    http::Request request;
-    request.method = "POST";
-    request.path = path;
-    request.contentType = "application/octet-stream";
-    request.body = body;
-    return client.send(request);
+    m_upload = std::make_unique<RawUpload>(*m_server, scene);
 }
 
 wire::Manifest TestUploadRefusals::databaseOnly(const std::string& path) const
 {
-    const auto sink = [](const wire::Piece&, std::span<const std::byte>) {};
-    const auto file = wire::CutFile(m_anna->folder(scene) / "project.db", path, sink);
-    return {{std::get<wire::FileEntry>(file)}};
-}
-
-http::Reply TestUploadRefusals::begin(const wire::Manifest& manifest, const QJsonObject& record,
-                                      const std::string& against) const
-{
-    const QJsonObject head{
-        {"base", ""}, {"against", QString::fromStdString(against)}, {"force", false}, {"project", record}};
-    return send("/api/v1/projects/" + scene + "/uploads",
-                wire::WriteMessage(QJsonDocument(head).toJson().toStdString(),
-                                   wire::EncodeManifestDelta({}, manifest)));
+    return RawUpload::manifestOf(m_anna->folder(scene) / "project.db", path);
 }
 
 std::string TestUploadRefusals::begun() const
 {
-    const auto reply = begin(databaseOnly());
-    const auto message = wire::ReadMessage(reply.body);
-    if (!message)
-        return {};
-    const QByteArray head(message->head.data(), static_cast<int>(message->head.size()));
-    const auto id = QJsonDocument::fromJson(head).object().value("upload").toString().toStdString();
-    return "/api/v1/projects/" + scene + "/uploads/" + id;
+    return m_upload->pathOf(m_upload->begin(databaseOnly()));
 }
 
 void TestUploadRefusals::projectThatIsBeingConvertedIsRefused()
@@ -131,9 +89,9 @@ void TestUploadRefusals::pieceThatIsNotWhatItsNameSaysIsRefused()
 {
     const auto path = begun();
     const std::string other(4096, 'x');
-    const auto reply = send(path + "/pieces", wire::FramedPiece(std::as_bytes(std::span(other))));
+    const auto reply = m_upload->send(path + "/pieces", wire::FramedPiece(std::as_bytes(std::span(other))));
     QCOMPARE(reply.fault.code, badRequest);
-    QCOMPARE(send(path + "/commit", {}).fault.code, incomplete);
+    QCOMPARE(m_upload->send(path + "/commit", {}).fault.code, incomplete);
 }
 
 void TestUploadRefusals::streamCutShortIsRefused()
@@ -142,39 +100,40 @@ void TestUploadRefusals::streamCutShortIsRefused()
     const auto frame = wire::FramedPiece(std::as_bytes(std::span(page)));
     const auto path = begun();
     for (const std::size_t length : {std::size_t{1}, std::size_t{3}, std::size_t{5}, frame.size() - 1})
-        QCOMPARE(send(path + "/pieces", frame.substr(0, length)).fault.code, badRequest);
-    QCOMPARE(send(path + "/pieces", std::string("\xff\xff\xff\x7f", 4)).fault.code, badRequest);
+        QCOMPARE(m_upload->send(path + "/pieces", frame.substr(0, length)).fault.code, badRequest);
+    QCOMPARE(m_upload->send(path + "/pieces", std::string("\xff\xff\xff\x7f", 4)).fault.code, badRequest);
 }
 
 void TestUploadRefusals::commitWithoutItsPiecesIsRefused()
 {
-    QCOMPARE(send(begun() + "/commit", {}).fault.code, incomplete);
+    QCOMPARE(m_upload->send(begun() + "/commit", {}).fault.code, incomplete);
 }
 
 void TestUploadRefusals::uploadOfAnotherProjectIsNotFound()
 {
     auto path = begun();
     path.replace(path.find(scene), scene.size(), "another");
-    QCOMPARE(send(path + "/commit", {}).fault.code, uploadGone);
-    QCOMPARE(send(path + "/pieces", {}).fault.code, uploadGone);
+    QCOMPARE(m_upload->send(path + "/commit", {}).fault.code, uploadGone);
+    QCOMPARE(m_upload->send(path + "/pieces", {}).fault.code, uploadGone);
 }
 
 void TestUploadRefusals::filesToldAgainstAnUnknownRevisionAreRefused()
 {
-    QCOMPARE(begin(databaseOnly(), SceneRecord(), std::string(64, '0')).fault.code, unknownBase);
-    QCOMPARE(begin(databaseOnly(), SceneRecord(), "no revision").fault.code, badRequest);
+    QCOMPARE(m_upload->begin(databaseOnly(), RawUpload::sceneRecord(), std::string(64, '0')).fault.code,
+             unknownBase);
+    QCOMPARE(m_upload->begin(databaseOnly(), RawUpload::sceneRecord(), "no revision").fault.code, badRequest);
 }
 
 void TestUploadRefusals::fileOfTheClientsOwnMemoryIsRefused()
 {
     auto manifest = databaseOnly();
     manifest.files.push_back(databaseOnly("sync.json").files.front());
-    QCOMPARE(begin(manifest).fault.code, badRequest);
+    QCOMPARE(m_upload->begin(manifest).fault.code, badRequest);
 }
 
 void TestUploadRefusals::projectWithoutItsDatabaseIsRefused()
 {
-    QCOMPARE(begin(databaseOnly("other.db")).fault.code, badRequest);
+    QCOMPARE(m_upload->begin(databaseOnly("other.db")).fault.code, badRequest);
 }
 
 void TestUploadRefusals::recordIsRefused_data()
@@ -195,14 +154,14 @@ void TestUploadRefusals::recordIsRefused()
 {
     QFETCH(QString, key);
     QFETCH(QJsonValue, value);
-    auto record = SceneRecord();
+    auto record = RawUpload::sceneRecord();
     record[key] = value;
-    QCOMPARE(begin(databaseOnly(), record).fault.code, badRequest);
+    QCOMPARE(m_upload->begin(databaseOnly(), record).fault.code, badRequest);
 }
 
 void TestUploadRefusals::refusedUploadLeavesNoProject()
 {
-    QCOMPARE(begin(databaseOnly("other.db")).fault.code, badRequest);
+    QCOMPARE(m_upload->begin(databaseOnly("other.db")).fault.code, badRequest);
     QCOMPARE(m_anna->state(scene), 0);
     QVERIFY(m_anna->upload(scene));
 }

@@ -81,6 +81,8 @@ private slots:
     void sizesThatDoNotAddUpAreRefused();
     void pieceOfAnImpossibleSizeIsRefused();
     void rootDependsOnEverything();
+    void contentIsNamedByCuttingAndPieces();
+    void contentIsTheSameUnderAnotherPathAndMode();
     void runsSurviveTheirBytes();
     void runBeyondItsFileIsRefused_data();
     void runBeyondItsFileIsRefused();
@@ -223,6 +225,30 @@ void TestManifest::rootDependsOnEverything()
     QVERIFY(changed([](Manifest& manifest) { manifest.files[0].mode = 0755; }));
     QVERIFY(changed([](Manifest& manifest) { manifest.files[0].content = DigestOf("other"); }));
     QVERIFY(changed([](Manifest& manifest) { manifest.files.pop_back(); }));
+}
+
+void TestManifest::contentIsNamedByCuttingAndPieces()
+{
+    const auto file = File("a", {3, 5});
+    const auto changed = [&](auto change) {
+        auto other = file;
+        change(other);
+        return ContentOf(other) != ContentOf(file);
+    };
+    QVERIFY(changed([](FileEntry& other) { other.cutting = Cutting::pages; }));
+    QVERIFY(changed([](FileEntry& other) { other.pieces[1].name = DigestOf("other"); }));
+    QVERIFY(changed([](FileEntry& other) { other.pieces[1].size = 6; }));
+    QVERIFY(changed([](FileEntry& other) { other.pieces.pop_back(); }));
+    QVERIFY(changed([](FileEntry& other) { std::swap(other.pieces[0], other.pieces[1]); }));
+}
+
+void TestManifest::contentIsTheSameUnderAnotherPathAndMode()
+{
+    const auto file = File("a", {3, 5});
+    auto other = file;
+    other.path = "b";
+    other.mode = 0755;
+    QVERIFY(ContentOf(other) == ContentOf(file));
 }
 
 void TestManifest::runsSurviveTheirBytes()

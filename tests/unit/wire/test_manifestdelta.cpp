@@ -48,6 +48,9 @@ private slots:
     void deltaThatUnfoldsWithoutEndIsRefused();
     void indexBeyondTheBaseIsRefused_data();
     void indexBeyondTheBaseIsRefused();
+    void piecesSurviveTheirWay();
+    void piecesCutAnywhereAreRefused();
+    void pieceOfAnImpossibleSizeIsRefused();
     void bitsSurviveTheirWay();
     void bitsOfTheWrongNumberAreRefused();
     void messageWithALengthBeyondItsEndIsNone();
@@ -152,6 +155,30 @@ void TestManifestDelta::indexBeyondTheBaseIsRefused()
     writer.u32(first);
     writer.u32(count);
     QVERIFY(IsRefused(writer.take()));
+}
+
+void TestManifestDelta::piecesSurviveTheirWay()
+{
+    const std::vector<Piece> pieces{{DigestOf("a"), 1}, {DigestOf("b"), maximumPieceSize}};
+    const auto decoded = DecodePieces(EncodePieces(pieces));
+    QVERIFY(std::get<std::vector<Piece>>(decoded) == pieces);
+    QVERIFY(std::get<std::vector<Piece>>(DecodePieces({})).empty());
+}
+
+void TestManifestDelta::piecesCutAnywhereAreRefused()
+{
+    const std::vector<Piece> pieces{{DigestOf("a"), 1}};
+    const auto bytes = EncodePieces(pieces);
+    for (std::size_t length = 1; length < bytes.size(); ++length)
+        QVERIFY(std::holds_alternative<Refusal>(DecodePieces(std::string_view(bytes).substr(0, length))));
+}
+
+void TestManifestDelta::pieceOfAnImpossibleSizeIsRefused()
+{
+    for (const auto size : {0U, maximumPieceSize + 1}) {
+        const std::vector<Piece> pieces{{DigestOf("a"), size}};
+        QVERIFY(std::holds_alternative<Refusal>(DecodePieces(EncodePieces(pieces))));
+    }
 }
 
 void TestManifestDelta::bitsSurviveTheirWay()

@@ -37,6 +37,9 @@ class TestPieceStream : public QObject
 private slots:
     void everyStreamSurvivesEveryCutting();
     void whatCompressesIsCompressed();
+    void noiseTravelsAsItIs_data();
+    void noiseTravelsAsItIs();
+    void frameIsAppendedBehindWhatWasThere();
     void streamThatEndsInAPieceIsNotComplete();
     void pieceLargerThanThereCanBeIsRefused();
     void lyingCompressedPieceIsRefused();
@@ -70,6 +73,37 @@ void TestPieceStream::whatCompressesIsCompressed()
     QVERIFY(FramedPiece(Bytes(zeros)).size() < zeros.size() / 10);
     const std::string few = "x";
     QCOMPARE(FramedPiece(Bytes(few)).size(), few.size() + 4);
+}
+
+void TestPieceStream::noiseTravelsAsItIs_data()
+{
+    QTest::addColumn<int>("size");
+    for (const int size : {1, 4095, 16383, 16384, 65536})
+        QTest::addRow("%d bytes", size) << size;
+}
+
+void TestPieceStream::noiseTravelsAsItIs()
+{
+    QFETCH(int, size);
+    std::string noise;
+    while (noise.size() < static_cast<std::size_t>(size)) {
+        const auto digest = DigestOf(std::to_string(noise.size()));
+        noise.append(reinterpret_cast<const char*>(digest.bytes.data()), digest.bytes.size());
+    }
+    noise.resize(static_cast<std::size_t>(size));
+    const auto frame = FramedPiece(Bytes(noise));
+    QCOMPARE(frame.size(), noise.size() + frameOverhead);
+    QVERIFY(frame.substr(frameOverhead) == noise);
+}
+
+void TestPieceStream::frameIsAppendedBehindWhatWasThere()
+{
+    auto stream = FramedPiece(Bytes("first"));
+    AppendFrame(stream, Bytes(std::string(100000, 'a')));
+    FrameReader reader(stream);
+    QVERIFY(Text(reader.next()->bytes) == "first");
+    QVERIFY(Text(reader.next()->bytes) == std::string(100000, 'a'));
+    QVERIFY(!reader.next() && reader.isGood());
 }
 
 void TestPieceStream::streamThatEndsInAPieceIsNotComplete()
