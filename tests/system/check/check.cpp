@@ -12,15 +12,27 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QTest>
 
 using road::HomeScreen;
 using road::Session;
 using road::WaitFor;
 
+namespace
+{
+
+QString DataFolder()
+{
+    return QCoreApplication::applicationDirPath() + "/data";
+}
+
+} // namespace
+
 Check::Check(const QString& shots, pid_t server)
     : m_shots(shots)
     , m_server(server)
+    , m_card(m_session.desktop(), m_session.home())
 {
 }
 
@@ -31,11 +43,15 @@ bool Check::run()
            take("downloaded", &Check::finishDownload) && take("cards", &Check::fillHome) &&
            take("opened", &Check::openProject) && take("turned", &Check::turnModel) &&
            take("home again", &Check::goHome) && take("closed", &Check::closeProject) &&
-           take("new project", &Check::askForNewProject) && take("created", &Check::createProject) &&
-           take("first upload", &Check::uploadNewProject) && take("edited", &Check::editInTab) &&
-           take("uploaded", &Check::uploadEdit) && take("colleague updated", &Check::updateColleague) &&
+           take("new project", &Check::askForNewProject) && take("regions", &Check::chooseProvince) &&
+           take("created", &Check::createProject) && take("card", &Check::openCard) &&
+           take("card saved", &Check::editOnCard) && take("first upload", &Check::uploadNewProject) &&
+           take("edited", &Check::editInTab) && take("uploaded", &Check::uploadEdit) &&
+           take("colleague updated", &Check::updateColleague) &&
            take("updated", &Check::updateFromColleague) && take("conflict", &Check::makeConflict) &&
-           take("forced", &Check::forceUpload) && take("removed", &Check::removeNewProject);
+           take("forced", &Check::forceUpload) && take("removed", &Check::removeNewProject) &&
+           take("card of a building", &Check::openCardOfHouse) && take("deleted", &Check::deleteHouse) &&
+           take("card from the server", &Check::openCardFromServer);
 }
 
 bool Check::take(const char* name, Step step)
@@ -139,12 +155,27 @@ bool Check::askForNewProject()
            WaitFor([] { return HomeScreen::shows(QStringLiteral("newProjectBtn")); });
 }
 
-bool Check::createProject()
+bool Check::chooseProvince()
 {
-    const QStringList before = HomeScreen::cards();
+    // A province that has cities, and the first of these.
+    QString province;
+    QString city;
     if (!m_session.home().click(QStringLiteral("nameField")))
         return false;
     m_session.desktop().type(QStringLiteral("Riverside"));
+    if (!road::ChooseRegion(m_session.desktop(), QStringLiteral("provinceBox"), 2, province) ||
+        !road::ChooseRegion(m_session.desktop(), QStringLiteral("cityBox"), 0, city))
+        return false;
+    return m_session.home().click(QStringLiteral("regionBox")) &&
+           WaitFor([] { return HomeScreen::namesBehind(QStringLiteral("region_")).size() > 2; });
+}
+
+bool Check::createProject()
+{
+    const QStringList before = HomeScreen::cards();
+    const auto regions = HomeScreen::namesBehind(QStringLiteral("region_"));
+    if (regions.isEmpty() || !m_session.home().click("region_" + regions.first()))
+        return false;
     const auto isMade = [&] {
         const auto cards = HomeScreen::cards();
         const auto made = std::find_if(cards.begin(), cards.end(),
@@ -154,6 +185,18 @@ bool Check::createProject()
     };
     return m_session.home().click(QStringLiteral("newProjectBtn")) && WaitFor(isMade) &&
            HomeScreen::stateOf(m_created) == road::onlyHere;
+}
+
+bool Check::openCard()
+{
+    return m_card.openFor(m_created) && road::InfoCard::valueOf(road::nameRow) == QLatin1String("Riverside");
+}
+
+bool Check::editOnCard()
+{
+    const road::Colleague here(road::Session::serverAddress(), DataFolder());
+    return m_card.retype(road::nameRow, QStringLiteral("Riverside East")) && m_card.accept() &&
+           here.factsOf(m_created).value(QLatin1String("name")) == QLatin1String("Riverside East");
 }
 
 bool Check::uploadNewProject()
@@ -185,8 +228,7 @@ bool Check::updateColleague()
 
 bool Check::updateFromColleague()
 {
-    const road::Colleague here(road::Session::serverAddress(),
-                               QCoreApplication::applicationDirPath() + "/data");
+    const road::Colleague here(road::Session::serverAddress(), DataFolder());
     return colleague().edit(road::house, QStringLiteral("of-the-colleague")) &&
            colleague().upload(road::house) && m_session.update(road::house) &&
            here.noteOf(road::house) == QLatin1String("of-the-colleague");
@@ -208,4 +250,23 @@ bool Check::forceUpload()
 bool Check::removeNewProject()
 {
     return m_session.removeFromList(m_created) && HomeScreen::projectsInTree().contains(m_created);
+}
+
+bool Check::openCardOfHouse()
+{
+    return m_card.openFor(road::house);
+}
+
+bool Check::deleteHouse()
+{
+    const QString folder = DataFolder() + "/proj_" + road::house;
+    return QFileInfo::exists(folder) && m_card.deleteLocalData() &&
+           WaitFor([] { return HomeScreen::card(road::house) == nullptr; }) &&
+           WaitFor([&] { return !QFileInfo::exists(folder); });
+}
+
+bool Check::openCardFromServer()
+{
+    return m_card.openFromTree(road::house) && !road::InfoCard::valueOf(road::nameRow).isEmpty() &&
+           !HomeScreen::item(QStringLiteral("deleteBtn"))->isEnabled();
 }

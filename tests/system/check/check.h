@@ -2,6 +2,7 @@
 #pragma once
 
 #include "road/colleague.h"
+#include "road/infocard.h"
 #include "road/session.h"
 
 #include <memory>
@@ -40,7 +41,10 @@ private:
     [[nodiscard]] bool goHome();
     [[nodiscard]] bool closeProject();
     [[nodiscard]] bool askForNewProject();
+    [[nodiscard]] bool chooseProvince();
     [[nodiscard]] bool createProject();
+    [[nodiscard]] bool openCard();
+    [[nodiscard]] bool editOnCard();
     [[nodiscard]] bool uploadNewProject();
     [[nodiscard]] bool editInTab();
     [[nodiscard]] bool uploadEdit();
@@ -49,6 +53,9 @@ private:
     [[nodiscard]] bool makeConflict();
     [[nodiscard]] bool forceUpload();
     [[nodiscard]] bool removeNewProject();
+    [[nodiscard]] bool openCardOfHouse();
+    [[nodiscard]] bool deleteHouse();
+    [[nodiscard]] bool openCardFromServer();
     /// Opens the house, writes a note, saves and closes the tab.
     [[nodiscard]] bool editHouse(const QString& note);
     [[nodiscard]] const road::Colleague& colleague();
@@ -57,6 +64,7 @@ private:
     pid_t m_server;
     int m_number = 0;
     road::Session m_session;
+    road::InfoCard m_card;
     std::unique_ptr<road::Colleague> m_colleague;
     QString m_created; ///< guid of the project that was made
 };

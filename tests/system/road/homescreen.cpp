@@ -38,17 +38,6 @@ QList<QQuickItem*> VisibleItems(const std::function<bool(const QQuickItem&)>& wa
     return found;
 }
 
-/// What follows `prefix` in the names of the things that can be seen.
-QStringList GuidsBehind(const QString& prefix)
-{
-    QStringList guids;
-    const auto items =
-        VisibleItems([&](const QQuickItem& item) { return item.objectName().startsWith(prefix); });
-    for (const auto* item : items)
-        guids.append(item->objectName().mid(prefix.size()));
-    return guids;
-}
-
 /// A row of the tree, and which.
 struct Row {
     QQuickItem* item;
@@ -81,6 +70,26 @@ QQuickView* HomeScreen::windowWith(const QString& objectName)
 QQuickItem* HomeScreen::item(const QString& objectName)
 {
     return VisibleItems([&](const QQuickItem& item) { return item.objectName() == objectName; }).value(0);
+}
+
+QQuickItem* HomeScreen::itemIn(const QString& parent, const QString& objectName)
+{
+    QList<QQuickItem*> found;
+    Collect(
+        item(parent), [&](const QQuickItem& item) { return item.objectName() == objectName; }, found);
+    return found.value(0);
+}
+
+QStringList HomeScreen::namesBehind(const QString& prefix)
+{
+    auto items = VisibleItems([&](const QQuickItem& item) { return item.objectName().startsWith(prefix); });
+    std::stable_sort(items.begin(), items.end(), [](const QQuickItem* one, const QQuickItem* other) {
+        return one->mapToScene({}).y() < other->mapToScene({}).y();
+    });
+    QStringList names;
+    for (const auto* item : items)
+        names.append(item->objectName().mid(prefix.size()));
+    return names;
 }
 
 QString HomeScreen::textOf(const QString& objectName)
@@ -201,12 +210,12 @@ bool HomeScreen::clickOnCard(const QString& guid, const QString& objectName)
 
 QStringList HomeScreen::tabs()
 {
-    return GuidsBehind(QStringLiteral("tab_"));
+    return namesBehind(QStringLiteral("tab_"));
 }
 
 QStringList HomeScreen::cards()
 {
-    return GuidsBehind(QStringLiteral("card_"));
+    return namesBehind(QStringLiteral("card_"));
 }
 
 QRect HomeScreen::contentArea()

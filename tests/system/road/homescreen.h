@@ -29,6 +29,10 @@ public:
 
     /// The visible thing of that name in any of our windows; null when there is none.
     [[nodiscard]] static QQuickItem* item(const QString& objectName);
+    /// The visible thing of that name inside of the one named `parent`; null when there is none.
+    [[nodiscard]] static QQuickItem* itemIn(const QString& parent, const QString& objectName);
+    /// What follows `prefix` in the names of the things that can be seen, from the top of the window.
+    [[nodiscard]] static QStringList namesBehind(const QString& prefix);
     [[nodiscard]] static bool shows(const QString& objectName) { return item(objectName) != nullptr; }
     /// The text that the visible thing of that name shows.
     [[nodiscard]] static QString textOf(const QString& objectName);

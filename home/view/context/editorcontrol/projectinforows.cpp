@@ -42,6 +42,10 @@ QString earthConfig()
 {
     return QStringLiteral("三维地球配置");
 }
+QString templateEdit()
+{
+    return QStringLiteral("属性模板编辑");
+}
 QString department()
 {
     return QStringLiteral("所属项目部");
