@@ -139,12 +139,24 @@ bool Check::askForNewProject()
            WaitFor([] { return HomeScreen::shows(QStringLiteral("newProjectBtn")); });
 }
 
+bool Check::chooseRegion(const QString& box, const QString& row)
+{
+    constexpr int listsWay = 300; // milliseconds in which it comes into sight
+    if (!m_session.home().click(box) || !WaitFor([&] { return HomeScreen::shows(row); }))
+        return false;
+    QTest::qWait(listsWay);
+    return m_session.home().click(row) && WaitFor([&] { return !HomeScreen::shows(row); });
+}
+
 bool Check::createProject()
 {
     const QStringList before = HomeScreen::cards();
     if (!m_session.home().click(QStringLiteral("nameField")))
         return false;
     m_session.desktop().type(QStringLiteral("Riverside"));
+    if (!chooseRegion(QStringLiteral("provinceBox"), QStringLiteral("region_110000")) ||
+        !chooseRegion(QStringLiteral("regionBox"), QStringLiteral("region_110101")))
+        return false;
     const auto isMade = [&] {
         const auto cards = HomeScreen::cards();
         const auto made = std::find_if(cards.begin(), cards.end(),

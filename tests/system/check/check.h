@@ -40,6 +40,8 @@ private:
     [[nodiscard]] bool goHome();
     [[nodiscard]] bool closeProject();
     [[nodiscard]] bool askForNewProject();
+    /// Chooses in a box of the form, by a click on a row of its list.
+    [[nodiscard]] bool chooseRegion(const QString& box, const QString& row);
     [[nodiscard]] bool createProject();
     [[nodiscard]] bool uploadNewProject();
     [[nodiscard]] bool editInTab();
