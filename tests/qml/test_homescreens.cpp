@@ -56,6 +56,17 @@ QQuickItem* FindItem(QQuickItem* from, const QString& name)
     return nullptr;
 }
 
+/// A server that knows one directly governed city with one district.
+void SetRegions()
+{
+    auto& net = Fakes::SmartDB::instance().net;
+    net.setReply("GetCountryList", {}, {R"([{"id":"100000"}])", {}, false, {}});
+    net.setReply("GetAdministrativeRegion", "100000",
+                 {R"([{"id":"110000","name":"北京市","lat":39.9,"lon":116.4}])", {}, false, {}});
+    net.setReply("GetAdministrativeRegion", "110000",
+                 {R"([{"id":"110101","name":"东城区","lat":39.93,"lon":116.42}])", {}, false, {}});
+}
+
 /// The home window over the stand-ins of the database and the host.
 class Home
 {
@@ -64,6 +75,7 @@ public:
     explicit Home(const std::optional<TorvoSDK::SOrgNode>& organisation = {},
                   const QString& serverProject = {})
     {
+        SetRegions();
         surroundings.host.projects.organisation = organisation;
         if (!serverProject.isEmpty())
             surroundings.host.projects.addServerProject(serverProject, QStringLiteral("远方的楼"), 1);
@@ -118,6 +130,17 @@ public:
     {
         for (const char letter : letters)
             QTest::keyClick(window.get(), letter);
+    }
+
+    /// Chooses in a box, by clicks on it and on the row of its list.
+    void choose(const QString& box, const QString& row) const
+    {
+        click(box);
+        QTRY_VERIFY(item(row) != nullptr);
+        draw();
+        QTest::qWait(200); // the list comes into sight
+        click(row);
+        QTRY_VERIFY(item(row) == nullptr);
     }
 
     /// Whether the info card is open, with the keyboard in its first field.
@@ -261,10 +284,19 @@ private slots:
         home.draw();
         for (const char letter : {'a', 'b', 'c'})
             QTest::keyClick(home.window.get(), letter);
+        home.choose(QStringLiteral("provinceBox"), QStringLiteral("region_110000"));
+        home.choose(QStringLiteral("regionBox"), QStringLiteral("region_110101"));
         home.click(QStringLiteral("newProjectBtn"));
         QTRY_COMPARE(home.cards().count(), 1);
-        QCOMPARE(home.cards().getProjectInfoData(0)->name(), QStringLiteral("abc"));
-        QCOMPARE(home.cards().getProjectInfoData(0)->projType(), QStringLiteral("CIM"));
+        const auto* card = home.cards().getProjectInfoData(0);
+        QCOMPARE(card->name(), QStringLiteral("abc"));
+        QCOMPARE(card->projType(), QStringLiteral("CIM"));
+        const auto& project = *Fakes::SmartDB::instance().find(card->guid())->project;
+        QCOMPARE(project.GetPosition().GetX(), 116.42);
+        QCOMPARE(project.GetPosition().GetY(), 39.93);
+        QCOMPARE(QString::fromStdWString(project.GetAttr(L"Pa_BelongsRegion")),
+                 QStringLiteral(R"({"cityId":"110000","cityName":"北京市","provinceId":"110000",)"
+                                R"("provinceName":"北京市","regionId":"110101","regionName":"东城区"})"));
         QTRY_VERIFY(home.item(QStringLiteral("nameField")) == nullptr);
         home.draw();
     }
