@@ -39,10 +39,12 @@ ECardView {
         height: 32
         color: EConfig.eInputFieldBackGround
         border.width: 1
-        border.color: EConfig.eInputFieldBorder
+        border.color: field.activeFocus ? EConfig.eAccent : EConfig.eInputFieldBorder
         radius: EConfig.radius
 
         CardField {
+            id: field
+
             objectName: "templateField"
             anchors.left: parent.left
             anchors.right: buttons.left

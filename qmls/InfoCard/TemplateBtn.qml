@@ -9,5 +9,6 @@ EHoverImageBtn {
     sourceWidth: 14
     sourceHeight: 14
     selectedImg: hoveredImg
+    focusMargin: 5
     opacity: enabled ? 1 : 0.35
 }

@@ -24,10 +24,12 @@ Rectangle {
     implicitHeight: 32
     color: EConfig.eInputFieldBackGround
     border.width: 1
-    border.color: EConfig.eInputFieldBorder
+    border.color: field.activeFocus ? EConfig.eAccent : EConfig.eInputFieldBorder
     radius: EConfig.radius
 
     ETextField {
+        id: field
+
         objectName: "fileField"
         anchors.left: parent.left
         anchors.right: selectBtn.left

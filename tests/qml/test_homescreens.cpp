@@ -9,6 +9,7 @@
 #include "fakes/fakesmartdb.h"
 #include "fakes/logbook.h"
 #include "fakes/startedhome.h"
+#include "project/localprojectinfomgr.h"
 #include "tabs/tab.h"
 #include "tabs/tabmgr.h"
 #include "view/context/editorcontrol/editorcontrol.h"
@@ -338,6 +339,40 @@ private slots:
         const auto guid = home.cards().getProjectInfoData(0)->guid();
         QCOMPARE(QString::fromStdWString(Fakes::SmartDB::instance().find(guid)->project->GetName()),
                  QStringLiteral("abcd"));
+    }
+
+    void aSceneIsMovedOnItsInfoCard()
+    {
+        const Home home;
+        QVERIFY(home.isShown());
+        auto& database = Fakes::SmartDB::instance();
+        auto& scene = *database.add(GuidOf(1), QStringLiteral("新区"), QStringLiteral("CIM")).project;
+        scene.SetAttr(L"Pa_BelongsRegion", LR"({"provinceId": "33", "provinceName": "浙江省",
+            "cityId": "3301", "cityName": "杭州市", "regionId": "330106", "regionName": "西湖区"})");
+        const QString districts =
+            QStringLiteral(R"([{"id": "330108", "name": "滨江区", "lat": 30.25, "lon": 120.25}])");
+        database.net.setReply(QStringLiteral("GetAdministrativeRegion"), QStringLiteral("3301"),
+                              {districts, {}, false, {}});
+        Mgr<CLocalProjectInfoMgr>().AddProject(GuidOf(1));
+        home.addCard(1);
+        QTRY_VERIFY(home.item(QStringLiteral("proInfoBtn")) != nullptr);
+        home.draw();
+        home.click(QStringLiteral("proInfoBtn"));
+        QTRY_VERIFY(home.hasInfoCard());
+        QCOMPARE(home.item(QStringLiteral("regionBox"))->property("displayText").toString(),
+                 QStringLiteral("西湖区"));
+        home.draw();
+        home.click(QStringLiteral("regionBox"));
+        QTRY_VERIFY(home.item(QStringLiteral("region_330108")) != nullptr);
+        home.draw();
+        home.click(QStringLiteral("region_330108"));
+        QTRY_VERIFY(home.item(QStringLiteral("region_330108")) == nullptr);
+        home.click(QStringLiteral("infoOkBtn"));
+        QTRY_VERIFY(home.item(QStringLiteral("infoOkBtn")) == nullptr);
+        const auto written = QString::fromStdWString(scene.GetAttr(L"Pa_BelongsRegion"));
+        QVERIFY2(written.contains(QStringLiteral("滨江区")), qPrintable(written));
+        QCOMPARE(scene.GetPosition().GetX(), 120.25);
+        QCOMPARE(scene.GetPosition().GetY(), 30.25);
     }
 
     void aProjectIsDeletedFromItsInfoCard()

@@ -317,6 +317,7 @@ HomeTest {
         function test_theKeyboardPressesTheButtons() {
             makeTemplate("a.json")
             part("templateField").forceActiveFocus()
+            compare(part("templateField").parent.border.color, EConfig.eAccent)
             keyClick(Qt.Key_Tab)
             verify(part("exportBtn").activeFocus)
             keyClick(Qt.Key_Space)

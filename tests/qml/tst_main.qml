@@ -270,11 +270,14 @@ HomeTest {
             click("proInfoBtn")
             waitForCard()
             home.takeCalls()
+            const place = part("infoDialogContainer")
+            const card = home.findShown("infoOkBtn").parent.parent
+            tryVerify(function() { return place.mapFromItem(card, 0, 0).x === 0 })
             mouseClick(main, 600, 600)
-            wait(50)
+            wait(600)
             compare(home.takeCalls(), [])
-            verify(home.findShown("infoOkBtn").parent.parent.parent !== null)
-            waitForCard()
+            compare(place.mapFromItem(card, 0, 0).x, 0)
+            verify(home.findShown("infoOkBtn") !== null)
             closeCard()
         }
 

@@ -236,6 +236,7 @@ HomeTest {
         function test_infoCardOfAScene() {
             editorControl.isBimSdk = true
             openCard(sceneRows())
+            home.findShown("importBtn").forceActiveFocus(Qt.TabFocusReason)
             shoot("info-card-scene")
             mouseClick(home.findShown("cityBox"))
             tryVerify(function() { return home.findShown("region_3302") !== null })

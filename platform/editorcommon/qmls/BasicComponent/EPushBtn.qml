@@ -11,6 +11,8 @@ T.AbstractButton {
     /// What the button does, in a few words: tool tip and spoken name. Without it the button's text is spoken.
     property string tipText: ""
     property string accessibleName: root.tipText !== "" ? root.tipText : root.text
+    /// How far the frame of the focus stands off, where the button is as small as its picture.
+    property real focusMargin: 0
     readonly property bool containsMouse: root.hovered
 
     /// Colour and border of the ground.
@@ -51,6 +53,7 @@ T.AbstractButton {
     }
 
     EFocusFrame {
+        anchors.margins: -root.focusMargin
         visible: root.visualFocus
     }
 
