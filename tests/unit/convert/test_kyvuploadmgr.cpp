@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "convert/kyvuploadmgr.h"
-
-#include "uploadsuite.h"
+#include "queuesuite.h"
 
 #include <memory>
 #include <mutex>
@@ -11,86 +9,6 @@
 #include <QTest>
 
 using namespace TorvoEditor;
-
-namespace
-{
-
-/// Everything that the queue tells, in one list, in order.
-class Told
-{
-public:
-    explicit Told(CKyvUploadMgr& queue)
-    {
-        const auto say = [this](const QString& what, const QString& id) { lines.append(what + ' ' + id); };
-        QObject::connect(&queue, &CKyvUploadMgr::sigRepackageStartNty, &m_here,
-                         [=](const QString& id) { say("unpacking", id); });
-        QObject::connect(
-            &queue, &CKyvUploadMgr::sigRepackageFinishedNty, &m_here,
-            [=](const QString& id, bool isDone) { say(isDone ? "unpacked" : "not unpacked", id); });
-        QObject::connect(&queue, &CKyvUploadMgr::sigUploadStartNty, &m_here,
-                         [=](const QString& id) { say("sending", id); });
-        QObject::connect(&queue, &CKyvUploadMgr::sigUploadFinishedNty, &m_here,
-                         [=](const QString& id, const QString& job, bool isDone) {
-                             say(isDone ? "sent" : "not sent", id + (isDone ? " as " + job : QString()));
-                         });
-        QObject::connect(&queue, &CKyvUploadMgr::sigSortChanged, &m_here, [=](bool first, bool second) {
-            say("moved", QString("%1%2").arg(first).arg(second));
-        });
-    }
-
-    /// The lines that are no news of positions.
-    [[nodiscard]] QStringList events() const
-    {
-        QStringList found;
-        for (const auto& line : lines) {
-            if (!line.startsWith("moved"))
-                found.append(line);
-        }
-        return found;
-    }
-
-    QStringList lines;
-
-private:
-    QObject m_here;
-};
-
-QStringList Repackaging(const CKyvUploadMgr& queue)
-{
-    QStringList ids;
-    queue.GetRepackageList(ids);
-    return ids;
-}
-
-QStringList Uploading(const CKyvUploadMgr& queue)
-{
-    QStringList ids;
-    queue.GetUploadList(ids);
-    return ids;
-}
-
-/// Unpacking stops at a gate.
-void StopUnpackingAt(Gate& gate)
-{
-    Fakes::SetZipScript({[&gate](const QString& archive, const QString& folder) {
-                             gate.pass();
-                             return Fakes::UnpackSample(archive, folder);
-                         },
-                         {}});
-}
-
-/// Sending stops at a gate.
-void StopSendingAt(Gate& gate)
-{
-    Fakes::ChangeConversions([&gate](Fakes::KyvConversions& server) {
-        server.upload = [&gate](const QString&, const QString&) {
-            gate.pass();
-            return true;
-        };
-    });
-}
-
-} // namespace
 
 class TestKyvUploadMgr : public QObject
 {
@@ -110,14 +28,6 @@ private slots:
     void nextTaskSendsTheTaskOfAMissingArchiveAgain();
     void removalOfTheTaskOfAMissingArchiveFreesTheStage();
     void taskThatIsSentTwiceRunsTwiceAndMovesOnce();
-    void waitingTaskIsRemoved();
-    void removalOfTheRunningTaskWaitsForItsEndAndStartsTheNext();
-    void removalOfTheSendingTaskWaitsForItsEndAndStartsTheNext();
-    void removalOfAnUnknownTaskTellsThatPositionsMoved();
-    void endOfARemovedTaskIsToldAndChangesNothing();
-    void endOfAnUnknownUploadIsToldAndChangesNothing();
-    void tasksOfAProjectAreRemovedFromBothLists();
-    void removalOfAProjectLeavesTheRunningTaskOfAnother();
     void everyChangeOfPositionsIsTold();
     void folderOfTheWorkFoldersIsMadeAtTheStart();
     void destructionWaitsForTheRunningTaskAndEmptiesTheFolder();
@@ -300,6 +210,8 @@ void TestKyvUploadMgr::taskThatIsSentTwiceRunsTwiceAndMovesOnce()
     CKyvUploadMgr queue;
     queue.addTask(around->task("first"));
     QTRY_COMPARE(Fakes::CallsOf({"kyvSave"}), QStringList("kyvSave(first)"));
+    Gate sending; // the first run's upload would remove the folder under the second run
+    StopSendingAt(sending);
     Gate hold;
     QMetaObject::invokeMethod(
         onThread.get(), [&] { hold.pass(); }, Qt::QueuedConnection);
@@ -310,162 +222,13 @@ void TestKyvUploadMgr::taskThatIsSentTwiceRunsTwiceAndMovesOnce()
     queue.addTask(around->task("b"));
     QCOMPARE(told.events(), QStringList({"unpacking a", "unpacking a"}));
     hold.open();
-    QTRY_COMPARE(Repackaging(queue) + Uploading(queue), QStringList());
     QTRY_COMPARE(told.events().filter("unpacked"), QStringList({"unpacked a", "unpacked a", "unpacked b"}));
+    QCOMPARE(Uploading(queue), QStringList({"a", "b"}));
+    sending.open(3);
+    QTRY_COMPARE(Repackaging(queue) + Uploading(queue), QStringList());
     QCOMPARE(Fakes::CallsOf({"unZip"}),
              QStringList({"unZip(first.kyv)", "unZip(a.kyv)", "unZip(a.kyv)", "unZip(b.kyv)"}));
     QVERIFY(told.events().contains("sent b as job of b"));
-}
-
-void TestKyvUploadMgr::waitingTaskIsRemoved()
-{
-    Gate unpacking;
-    StopUnpackingAt(unpacking);
-    CKyvUploadMgr queue;
-    queue.addTask(around->task("a"));
-    QVERIFY(unpacking.waitForWorker());
-    queue.addTask(around->task("b"));
-    queue.addTask(around->task("c"));
-    const Told told(queue);
-    queue.removeTask("b");
-    QCOMPARE(told.lines, QStringList("moved 11"));
-    QCOMPARE(Repackaging(queue), QStringList({"a", "c"}));
-    unpacking.open(2);
-    QTRY_COMPARE(Fakes::CallsOf({"kyvSave"}), QStringList({"kyvSave(a)", "kyvSave(c)"}));
-}
-
-void TestKyvUploadMgr::removalOfTheRunningTaskWaitsForItsEndAndStartsTheNext()
-{
-    std::atomic<bool> hasEnded = false;
-    Gate unpacking;
-    Fakes::SetZipScript({[&](const QString& archive, const QString& folder) {
-                             unpacking.pass();
-                             QThread::msleep(200);
-                             hasEnded = true;
-                             return Fakes::UnpackSample(archive, folder);
-                         },
-                         {}});
-    CKyvUploadMgr queue;
-    queue.addTask(around->task("a"));
-    QVERIFY(unpacking.waitForWorker());
-    queue.addTask(around->task("b"));
-    const Told told(queue);
-    unpacking.open(2);
-    queue.removeTask("a");
-    QVERIFY(hasEnded);
-    QCOMPARE(told.lines, QStringList({"unpacking b", "moved 11"}));
-    QCOMPARE(Repackaging(queue), QStringList("b"));
-    QTRY_COMPARE(Fakes::CallsOf({"kyvSave"}), QStringList("kyvSave(b)"));
-    QVERIFY(told.events().contains("unpacked a"));
-    QCOMPARE(Fakes::CallsOf({"unZip"}), QStringList({"unZip(a.kyv)", "unZip(b.kyv)"}));
-}
-
-void TestKyvUploadMgr::removalOfTheSendingTaskWaitsForItsEndAndStartsTheNext()
-{
-    std::atomic<bool> hasEnded = false;
-    Gate sending;
-    Fakes::ChangeConversions([&](Fakes::KyvConversions& server) {
-        server.upload = [&](const QString&, const QString&) {
-            sending.pass();
-            QThread::msleep(200);
-            hasEnded = true;
-            return true;
-        };
-    });
-    CKyvUploadMgr queue;
-    queue.addTask(around->task("a"));
-    QTRY_COMPARE(Uploading(queue), QStringList("a"));
-    QVERIFY(sending.waitForWorker());
-    queue.addTask(around->task("b"));
-    QTRY_COMPARE(Uploading(queue), QStringList({"a", "b"}));
-    const Told told(queue);
-    sending.open(2);
-    queue.removeTask("a");
-    QVERIFY(hasEnded);
-    QCOMPARE(told.lines, QStringList({"sending b", "moved 11"}));
-    QTRY_COMPARE(told.events(), QStringList({"sending b", "sent a as job of a", "sent b as job of b"}));
-    QCOMPARE(Uploading(queue), QStringList());
-}
-
-void TestKyvUploadMgr::removalOfAnUnknownTaskTellsThatPositionsMoved()
-{
-    CKyvUploadMgr queue;
-    const Told told(queue);
-    queue.removeTask("unknown");
-    QCOMPARE(told.lines, QStringList("moved 11"));
-}
-
-void TestKyvUploadMgr::endOfARemovedTaskIsToldAndChangesNothing()
-{
-    Gate unpacking;
-    StopUnpackingAt(unpacking);
-    CKyvUploadMgr queue;
-    queue.addTask(around->task("a"));
-    QVERIFY(unpacking.waitForWorker());
-    const Told told(queue);
-    queue.OnRepackageFinished("removed", false);
-    QCOMPARE(told.lines, QStringList("not unpacked removed"));
-    QCOMPARE(Repackaging(queue), QStringList("a"));
-    QCOMPARE(Uploading(queue), QStringList());
-    unpacking.open();
-}
-
-void TestKyvUploadMgr::endOfAnUnknownUploadIsToldAndChangesNothing()
-{
-    Gate sending;
-    StopSendingAt(sending);
-    CKyvUploadMgr queue;
-    queue.addTask(around->task("a"));
-    QTRY_COMPARE(Uploading(queue), QStringList("a"));
-    QVERIFY(sending.waitForWorker());
-    const Told told(queue);
-    queue.OnUploadFinished("removed", "7", true);
-    QCOMPARE(told.lines, QStringList("sent removed as 7"));
-    QCOMPARE(Uploading(queue), QStringList("a"));
-    sending.open();
-}
-
-void TestKyvUploadMgr::tasksOfAProjectAreRemovedFromBothLists()
-{
-    Gate sending;
-    StopSendingAt(sending);
-    CKyvUploadMgr queue;
-    queue.addTask(around->task("a", "one"));
-    QTRY_COMPARE(Uploading(queue), QStringList("a"));
-    QVERIFY(sending.waitForWorker());
-    queue.addTask(around->task("b", "two"));
-    QTRY_COMPARE(Uploading(queue), QStringList({"a", "b"}));
-    Gate unpacking;
-    StopUnpackingAt(unpacking);
-    queue.addTask(around->task("c", "one"));
-    QVERIFY(unpacking.waitForWorker());
-    queue.addTask(around->task("d", "two"));
-    queue.addTask(around->task("e", "one"));
-    const Told told(queue);
-    sending.open(4);
-    unpacking.open(4);
-    queue.removeBimProjTasks("one");
-    QCOMPARE(Repackaging(queue), QStringList("d"));
-    QCOMPARE(Uploading(queue), QStringList("b"));
-    QCOMPARE(told.lines, QStringList({"unpacking d", "sending b", "moved 11"}));
-    QTRY_COMPARE(Repackaging(queue) + Uploading(queue), QStringList());
-    QCOMPARE(Fakes::CallsOf({"kyvSave"}), QStringList({"kyvSave(a)", "kyvSave(b)", "kyvSave(d)"}));
-}
-
-void TestKyvUploadMgr::removalOfAProjectLeavesTheRunningTaskOfAnother()
-{
-    Gate unpacking;
-    StopUnpackingAt(unpacking);
-    CKyvUploadMgr queue;
-    queue.addTask(around->task("a", "one"));
-    QVERIFY(unpacking.waitForWorker());
-    queue.addTask(around->task("b", "two"));
-    const Told told(queue);
-    queue.removeBimProjTasks("two"); // would wait for ever if it waited for the task of the other project
-    QCOMPARE(told.lines, QStringList("moved 11"));
-    QCOMPARE(Repackaging(queue), QStringList("a"));
-    unpacking.open();
-    QTRY_COMPARE(Fakes::CallsOf({"kyvSave"}), QStringList("kyvSave(a)"));
 }
 
 void TestKyvUploadMgr::everyChangeOfPositionsIsTold()
