@@ -12,18 +12,6 @@ namespace EditorCommon
 namespace
 {
 
-/// Sends a request and logs what goes wrong. The log has no addresses in it: they can carry tickets.
-http::Reply Ask(const char* what, http::Request request)
-{
-    if (request.method != "GET")
-        request.contentType = "application/json";
-    auto reply = ServerClient().send(request);
-    if (reply.fault)
-        qCWarning(editorCommonLog) << what << "failed:" << reply.fault.code
-                                   << QString::fromStdString(reply.fault.msg);
-    return reply;
-}
-
 /// The address of a page with a ticket, by which the browser that opens it is logged in once.
 bool PageUrl(const char* what, const std::string& page, QString& url)
 {
@@ -41,12 +29,6 @@ bool PageUrl(const char* what, const std::string& page, QString& url)
 }
 
 } // namespace
-
-http::Client& ServerClient()
-{
-    static http::Client client;
-    return client;
-}
 
 void KYVApi::init(const QString& serverAddr, const QString& token)
 {

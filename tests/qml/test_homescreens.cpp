@@ -184,7 +184,7 @@ private slots:
         QTest::addColumn<QString>("name");
         for (const char* name : {"rootView", "appPath", "tabMgr", "tab", "gridViewModel", "gridViewCtrl",
                                  "leftPanelModel", "editorControl", "messageBoxMgr", "serviceConvertMgr",
-                                 "proInfoModel", "infoCardCtrl", "orgModel"})
+                                 "serviceConvertModel", "proInfoModel", "infoCardCtrl", "orgModel"})
             QTest::newRow(name) << QString::fromLatin1(name);
     }
     void everyNameOfTheScreensIsPublished()

@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QSignalSpy>
 #include <QTest>
 
 using namespace TorvoEditor;
@@ -38,6 +39,8 @@ private slots:
     void switchFollowsTheFile_data();
     void switchFollowsTheFile();
     void withoutAFileItIsOff();
+    void missingFileIsLogged();
+    void switchReadAnewIsTold();
     void nothingIsOnItsWayAtFirst();
     void projectWithATaskHoldsOne();
     void positionsAreThoseOfTheWaitingJobs();
@@ -52,6 +55,13 @@ void TestServiceConvertMgr::switchFollowsTheFile_data()
     QTest::newRow("off") << QByteArray(R"({"using": "0"})") << false;
     QTest::newRow("a number") << QByteArray(R"({"using": 1})") << false;
     QTest::newRow("a truth") << QByteArray(R"({"using": true})") << false;
+    QTest::newRow("a longer text") << QByteArray(R"({"using": "1 "})") << false;
+    QTest::newRow("a list") << QByteArray(R"({"using": ["1"]})") << false;
+    QTest::newRow("nothing") << QByteArray(R"({"using": null})") << false;
+    QTest::newRow("another key") << QByteArray(R"({"Using": "1"})") << false;
+    QTest::newRow("a list of it") << QByteArray(R"([{"using": "1"}])") << false;
+    QTest::newRow("beside others") << QByteArray(R"({"a": 2, "using": "1"})") << true;
+    QTest::newRow("an empty file") << QByteArray() << false;
     QTest::newRow("without the key") << QByteArray("{}") << false;
     QTest::newRow("no JSON") << QByteArray("1") << false;
 }
@@ -70,6 +80,29 @@ void TestServiceConvertMgr::withoutAFileItIsOff()
 {
     const CServiceConvertMgr convert;
     QVERIFY(!convert.isVisible());
+}
+
+void TestServiceConvertMgr::missingFileIsLogged()
+{
+    Fakes::LogBook log;
+    const CServiceConvertMgr convert;
+    const auto lines = log.linesWith("open file ");
+    QCOMPARE(lines.size(), 1);
+    QVERIFY(lines.first().contains(SwitchFile()) && lines.first().contains("failed:"));
+}
+
+void TestServiceConvertMgr::switchReadAnewIsTold()
+{
+    CServiceConvertMgr convert;
+    QSignalSpy told(&convert, &CServiceConvertMgr::isVisibleChanged);
+    QVERIFY(QMetaObject::invokeMethod(&convert, "LoadConfig"));
+    QCOMPARE(told.count(), 0);
+    QFile file(SwitchFile());
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(R"({"using": "1"})") > 0);
+    file.close();
+    QVERIFY(QMetaObject::invokeMethod(&convert, "LoadConfig"));
+    QCOMPARE(told.count(), 1);
+    QVERIFY(convert.isVisible());
 }
 
 void TestServiceConvertMgr::nothingIsOnItsWayAtFirst()

@@ -292,7 +292,8 @@ void TestHomeApp::registerContextPublishesWhatTheScreensBindTo()
         QVERIFY2(object != nullptr, qPrintable(name));
         QVERIFY2(context->contextProperty(name).value<QObject*>() == object, qPrintable(name));
     }
-    for (const char* name : {"proInfoModel", "orgModel", "gridViewModel", "leftPanelModel", "propObject"})
+    for (const char* name :
+         {"proInfoModel", "orgModel", "gridViewModel", "leftPanelModel", "propObject", "serviceConvertModel"})
         QVERIFY2(context->contextProperty(name).value<QObject*>() != nullptr, name);
 }
 
