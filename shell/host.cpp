@@ -13,8 +13,10 @@ Host::Host(const HostConfig& config, QObject* parent)
     : QObject(parent)
     , m_config(config)
     , m_server(config.server)
+    , m_web(PageFolder::ofTheProgram(), WebService::libraryOfTheProgram(),
+            [this](const QString& problem) { m_messages.error(problem); })
     , m_projectHost(m_server)
-    , m_hostPlugin(m_projectHost, m_messages)
+    , m_hostPlugin(m_projectHost, m_messages, m_web)
     , m_login(m_server, SavedLoginFile())
     , m_watch(m_server, m_messages)
 {
@@ -36,6 +38,7 @@ void Host::start()
 void Host::stop()
 {
     m_watch.stop();
+    m_web.close();
     m_messages.forgetObservers();
     if (m_plugin)
         m_plugin->UnInit();

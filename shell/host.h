@@ -10,6 +10,7 @@
 #include "shell/projecthost.h"
 #include "shell/projectserver.h"
 #include "shell/sessionwatch.h"
+#include "shell/web/webservice.h"
 
 #include <memory>
 
@@ -48,6 +49,7 @@ private:
     HostConfig m_config;
     ProjectServer m_server;
     MessageService m_messages;
+    WebService m_web;
     ProjectHost m_projectHost;
     HostPlugin m_hostPlugin;
     LoginController m_login;

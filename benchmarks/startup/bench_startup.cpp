@@ -112,7 +112,8 @@ double SecondsToShow(const RealServer& server)
     projects.setToken(QString::fromStdString(server.token()));
     shell::ProjectHost projectHost(projects);
     shell::MessageService messages;
-    shell::HostPlugin host(projectHost, messages);
+    shell::WebService web(shell::PageFolder::ofTheProgram(), shell::WebService::libraryOfTheProgram(), {});
+    shell::HostPlugin host(projectHost, messages, web);
     TorvoSDK::CTorvoSession session;
     session.serverAddr = QString::fromStdString(server.address()).toStdWString();
     session.token = QString::fromStdString(server.token()).toStdWString();
