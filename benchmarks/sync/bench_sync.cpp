@@ -14,6 +14,7 @@
 #include <vector>
 
 #include <QCoreApplication>
+#include <QLoggingCategory>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QUrl>
@@ -239,6 +240,7 @@ double RatioOf(const std::vector<Round>& rounds, Ours ours, Theirs theirs)
 int main(int argumentCount, char** arguments)
 {
     const QCoreApplication app(argumentCount, arguments);
+    QLoggingCategory::setFilterRules("torvo.smartdb.debug=false");
     if (argumentCount > 1)
         return Transfer(QCoreApplication::arguments());
 

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "server/storage/sqliteconnection.h"
 
+#include <algorithm>
+#include <numeric>
+
 // Revisions, pieces and uploads.
 
 namespace server
@@ -63,11 +66,24 @@ void RemoveLease(SqliteStore::Lease& connection, const UploadLease& lease)
     remove.exec();
 }
 
+/// In which order to touch pieces: their index in the database is walked along then, and not jumped about in.
+template<class Item, class NameOf>
+std::vector<std::size_t> OrderOfNames(std::span<const Item> items, NameOf nameOf)
+{
+    std::vector<std::size_t> order(items.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::sort(order.begin(), order.end(), [&](std::size_t left, std::size_t right) {
+        return nameOf(items[left]) < nameOf(items[right]);
+    });
+    return order;
+}
+
 void InsertPieces(SqliteStore::Lease& connection, std::span<const StoredPiece> pieces)
 {
     auto& insert = connection.prepare("INSERT OR IGNORE INTO pieces(name, pack, offset, length) "
                                       "VALUES(?, ?, ?, ?)");
-    for (const auto& [name, location] : pieces) {
+    for (const auto index : OrderOfNames(pieces, [](const StoredPiece& piece) { return piece.first; })) {
+        const auto& [name, location] = pieces[index];
         insert.reset();
         BindDigest(insert, 1, name);
         insert.bind(2, location.pack);
@@ -138,11 +154,11 @@ std::vector<std::optional<PieceLocation>> SqliteStore::findPieces(std::span<cons
     auto connection = lease();
     SQLite::Transaction transaction(connection.database(), SQLite::TransactionBehavior::DEFERRED);
     auto& row = connection.prepare(pieceQuery);
-    std::vector<std::optional<PieceLocation>> locations;
-    locations.reserve(pieces.size());
-    for (const auto& piece : pieces) {
-        BindDigest(row, 1, piece.name);
-        locations.push_back(row.executeStep() ? std::optional(LocationOf(row)) : std::nullopt);
+    std::vector<std::optional<PieceLocation>> locations(pieces.size());
+    for (const auto index : OrderOfNames(pieces, [](const wire::Piece& piece) { return piece.name; })) {
+        BindDigest(row, 1, pieces[index].name);
+        if (row.executeStep())
+            locations[index] = LocationOf(row);
         row.reset();
     }
     return locations;

@@ -50,6 +50,10 @@ void AheadSender::take(const wire::Piece& piece, std::span<const std::byte> byte
         m_full.push_back(std::exchange(m_filling, {}));
         m_hasBatches = true;
         m_hasChanged.notify_all();
+        if (!m_spare.empty()) {
+            m_filling = std::move(m_spare.back());
+            m_spare.pop_back();
+        }
     }
     if (m_filling.bytes.capacity() < batchBytes)
         m_filling.bytes.reserve(batchBytes);
@@ -98,9 +102,12 @@ void AheadSender::throwFault()
 void AheadSender::work() noexcept
 {
     Batch batch;
+    http::Request request;
+    request.method = "POST";
+    request.isGivenUp = &m_isGivenUp;
     while (next(batch)) {
         try {
-            if (!send(batch))
+            if (!send(batch, request))
                 stopWith({});
         } catch (const Failure& failure) {
             stopWith(failure.fault());
@@ -113,6 +120,11 @@ void AheadSender::work() noexcept
 bool AheadSender::next(Batch& batch)
 {
     std::unique_lock lock(m_mutex);
+    if (batch.bytes.capacity() > 0) {
+        batch.bytes.clear();
+        batch.pieces.clear();
+        m_spare.push_back(std::move(batch));
+    }
     m_hasChanged.wait(lock, [this] { return !m_full.empty() || m_isComplete || m_isGivenUp; });
     if (m_full.empty() || m_isGivenUp)
         return false;
@@ -130,15 +142,12 @@ std::string AheadSender::pathOfUpload()
     return m_path;
 }
 
-bool AheadSender::send(const Batch& batch)
+bool AheadSender::send(const Batch& batch, http::Request& request)
 {
-    http::Request request;
-    request.method = "POST";
-    request.isGivenUp = &m_isGivenUp;
     const auto path = pathOfUpload();
     request.path = path + "/wanted";
     request.contentType = "application/x-torvo-names";
-    request.body = wire::EncodePieces(batch.pieces);
+    request.body.assign(wire::EncodePieces(batch.pieces));
     request.timeout = askTime;
     auto reply = SendUntilAnswered(m_client, request);
     if (reply.fault.code == servercode::uploadGone)

@@ -61,7 +61,7 @@ private:
     [[nodiscard]] bool next(Batch& batch);
     [[nodiscard]] std::string pathOfUpload();
     /// False when the upload has ended.
-    [[nodiscard]] bool send(const Batch& batch);
+    [[nodiscard]] bool send(const Batch& batch, http::Request& request);
     void stopWith(const http::Fault& fault);
     void throwFault();
     void join();
@@ -78,7 +78,8 @@ private:
     std::condition_variable m_hasChanged;
     Batch m_filling;
     std::deque<Batch> m_full;
-    bool m_hasBatches = false; ///< or had
+    std::vector<Batch> m_spare; ///< fresh memory costs as much as filling it
+    bool m_hasBatches = false;  ///< or had
     bool m_isComplete = false;
     http::Fault m_fault;
 
