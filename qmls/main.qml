@@ -3,6 +3,7 @@ import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 import "qrc:/EditorCommon/qmls/Config"
 import "InfoCard"
+import "KYVConvert"
 import "component"
 
 /// The root of the home window: title bar, left panel, cards, and the boxes that all of them share. It wires the
@@ -10,9 +11,10 @@ import "component"
 Item {
     id: mainRoot
 
-    /// An action whose manager takes it in a later version: nothing is shown, one line is logged.
-    function notYet(action, guid) {
-        console.info("main.qml: no manager takes", action, guid)
+    /// Shows what the server has converted of a building, when it may be converted now.
+    function showConversions(guid) {
+        if (serviceConvertMgr.checkServiceConvert(guid))
+            kyvDialog.open()
     }
 
     /// Shows a project on the info card, also in the place of one that is being shown.
@@ -85,7 +87,7 @@ Item {
                 onSendUpdate: editorControl.slotSyncProject(guid)
                 onSendUpload: editorControl.slotUploadProject(guid)
                 onSendUpgrade: editorControl.upgradeProj(guid)
-                onSendConvert: mainRoot.notYet("serviceConvertMgr.checkServiceConvert", guid)
+                onSendConvert: mainRoot.showConversions(guid)
                 onSendOpenWeb: editorControl.openWebProj(guid)
             }
         }
@@ -141,6 +143,21 @@ Item {
         function onSigCheckBox(title, text) {
             mainRoot.showMessage(title, text, qsTr("取消"))
         }
+    }
+
+    KyvConvert {
+        id: kyvDialog
+
+        objectName: "kyvDialog"
+        parent: mainRoot
+        onClosed: serviceConvertMgr.clearCurBimProj()
+    }
+
+    ConvertMode {
+        id: converModeDialog
+
+        objectName: "converModeDialog"
+        parent: mainRoot
     }
 
     TipDialog {

@@ -70,9 +70,22 @@ Item {
     property QtObject serviceConvertMgr: QtObject {
         property bool isVisible: false
         property bool isUploading: false
+        property bool takesProjects: true
+        property var failedArray: []
 
         function hasUploadingProj() { return isUploading }
+        function checkServiceConvert(guid) {
+            home.called("serviceConvertMgr.checkServiceConvert", guid)
+            return takesProjects
+        }
+        function clearCurBimProj() { home.called("serviceConvertMgr.clearCurBimProj") }
+        function addKyvModel(...values) { home.called("serviceConvertMgr.addKyvModel", ...values) }
+        function updateKyvModel(...values) { home.called("serviceConvertMgr.updateKyvModel", ...values) }
+        function delKyvModel(guid) { home.called("serviceConvertMgr.delKyvModel", guid) }
+        function delAllKyvModel() { home.called("serviceConvertMgr.delAllKyvModel") }
     }
+
+    property QtObject serviceConvertModel: null
 
     property QtObject leftPanelModel: QtObject {
         property int bimProjCount: 5
@@ -148,6 +161,8 @@ Item {
         editorControl.isBimSdk = false
         serviceConvertMgr.isVisible = false
         serviceConvertMgr.isUploading = false
+        serviceConvertMgr.takesProjects = true
+        serviceConvertMgr.failedArray = []
         leftPanelModel.bimProjCount = 5
         leftPanelModel.sceneProjCount = 2
         proInfoModel.bModify = true

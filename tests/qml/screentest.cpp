@@ -5,6 +5,7 @@
 
 #include "XHUtility/sorttreemodel.h"
 #include "XHUtility/treemodel.h"
+#include "convert/kyvconvertmodel.h"
 #include "core/tools.h"
 #include "view/context/editorcontrol/gridviewdata.h"
 #include "view/context/editorcontrol/gridviewlistmodel.h"
@@ -110,6 +111,31 @@ public:
     Q_INVOKABLE void setTip(QObject* card, const QString& text)
     {
         qobject_cast<TorvoEditor::CGridViewData*>(card)->setTipText(text);
+    }
+
+    /// The list of a project's models, each a map with guid, name, state, sort and process.
+    Q_INVOKABLE QObject* makeModels(const QVariantList& rows)
+    {
+        auto* models = new TorvoEditor::CKyvConvertModel(this);
+        new QAbstractItemModelTester(models, models);
+        setModels(models, rows);
+        return models;
+    }
+
+    Q_INVOKABLE void setModels(QObject* models, const QVariantList& rows)
+    {
+        TorvoEditor::CKyvConvertModel::Rows made;
+        for (const QVariant& each : rows) {
+            const auto map = each.toMap();
+            auto* row = new TorvoEditor::CKyvConvertData;
+            row->setGuid(map.value(QStringLiteral("guid")).toString());
+            row->setName(map.value(QStringLiteral("name")).toString());
+            row->setSort(map.value(QStringLiteral("sort"), -1).toInt());
+            row->setProcess(map.value(QStringLiteral("process")).toDouble());
+            row->showState(map.value(QStringLiteral("state")).toInt());
+            made.push_back(row);
+        }
+        qobject_cast<TorvoEditor::CKyvConvertModel*>(models)->resetData(made);
     }
 
     /// A sorted tree of rows, each a map with the keys of an item and, under "rows", its children.

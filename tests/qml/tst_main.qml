@@ -22,6 +22,7 @@ HomeTest {
         function initTestCase() {
             screens.listen()
             home.gridViewModel = screens.makeCards()
+            home.serviceConvertModel = screens.makeModels([])
             leftPanelModel.treeModel = screens.makeTree([{ text1: "甲楼", text2: "a" }])
             loader.source = "qrc:/qmls/main.qml"
             main = loader.item
@@ -116,24 +117,23 @@ HomeTest {
             compare(home.takeCalls(), ["editorControl.slotProjectDblClick(g1)"])
         }
 
-        function notYet(action, guid) {
-            compare(screens.takeInfos(), ["main.qml: no manager takes " + action + " " + guid])
-            compare(home.takeCalls(), [])
+        function test_conversionsOpenForAProjectThatMayBeConverted_data() {
+            return [{ tag: "taken", taken: true }, { tag: "refused", taken: false }]
         }
 
-        function test_buttonsOfLaterVersionsLogOneLineAndShowNothing_data() {
-            return [
-                { tag: "kyvconvertBtn", action: "serviceConvertMgr.checkServiceConvert", guid: "g1" }
-            ]
-        }
-
-        function test_buttonsOfLaterVersionsLogOneLineAndShowNothing(row) {
+        function test_conversionsOpenForAProjectThatMayBeConverted(row) {
             serviceConvertMgr.isVisible = true
+            serviceConvertMgr.takesProjects = row.taken
             waitForItemPolished(part("delBtn").parent)
-            screens.takeInfos()
-            click(row.tag)
-            notYet(row.action, row.guid)
-            compare(home.findShown("yesBtn"), null)
+            click("kyvconvertBtn")
+            compare(home.takeCalls(), ["serviceConvertMgr.checkServiceConvert(g1)"])
+            wait(row.taken ? 0 : 300)
+            tryVerify(function() { return (home.findShown("kyvPage") !== null) === row.taken })
+            if (!row.taken)
+                return
+            keyClick(Qt.Key_Escape)
+            tryVerify(function() { return home.findShown("kyvPage") === null })
+            compare(home.takeCalls(), ["serviceConvertMgr.clearCurBimProj()"])
         }
 
         function test_actionsReachTheController_data() {

@@ -33,6 +33,9 @@ HomeTest {
                 { tag: "panel", names: ["ic_refresh", "ic_refresh_hover", "bt_ic_add", "bt_ic_add_hover", "bar_ic_zhankai",
                                         "bar_ic_shouqi", "ic_project", "ic_company"] },
                 { tag: "form", names: ["ic_xuanzhong", "pop_box_ic_file", "pop_box_ic_file_hover"] },
+                { tag: "conversion", names: sets(["pop_bt_ic_add", "pop_bt_ic_del"], ["", "_hover", "_selected"])
+                                            .concat(["pop_bt_ic_prosperity", "pop_bt_ic_translation", "pop_bt_ic_update",
+                                                     "card_ic_transition", "pop_bt_ic_defeat"]) },
                 { tag: "info card", names: sets(["tab_bt_ic_del"], ["", "_hover", "_selected", "_disable"])
                                            .concat(["card_ic_big", "pop_box_export", "pop_box_ic__export_hover",
                                                     "box_ic_eidt", "box_ic_eidt_hove"]) }

@@ -127,6 +127,31 @@ HomeTest {
             tryVerify(function() { return home.findShown("yesBtn") === null })
         }
 
+        function test_conversions() {
+            addCards()
+            home.serviceConvertModel = screens.makeModels([
+                { guid: "m1", name: "1#住宅楼" }, { guid: "m2", name: "地下车库_2026年3月修订版_审图后" },
+                { guid: "j1", name: "商业裙房", state: 6, sort: 0, process: 0.62 },
+                { guid: "j2", name: "幼儿园", state: 5, sort: 3 }, { guid: "j3", name: "钢连廊", state: 9 },
+                { guid: "t1", name: "消防水池", state: 4, sort: 0 }, { guid: "t2", name: "门卫室", state: 1, sort: 1 }
+            ])
+            serviceConvertMgr.failedArray = [{ name: "钢连廊", guid: "7", faildDate: "2026-03-09 17:05:00" }]
+            const dialog = findChild(loader.item, "kyvDialog")
+            dialog.open()
+            tryCompare(dialog, "opened", true)
+            shoot("conversions")
+            dialog.showFailedInfo()
+            shoot("conversionfailures")
+            dialog.showOptionSelecter("/m/a.kyv")
+            shoot("conversionmode")
+            dialog.showSelecter()
+            shoot("conversionkind")
+            dialog.showList()
+            shoot("conversionchoice")
+            dialog.close()
+            tryCompare(dialog, "visible", false)
+        }
+
         function test_7_choice() {
             addCards()
             const check = findChild(loader.item, "projTypeCheck")

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+import QtQuick 2.15
+
+/// A label that tells the whole of its text by a tool tip where it has no room for it.
+EText {
+    id: root
+
+    property int tipDelay: 500
+
+    elide: Text.ElideRight
+
+    HoverHandler {
+        onHoveredChanged: {
+            if (hovered && root.truncated)
+                tip.open()
+            else
+                tip.close()
+        }
+    }
+
+    EToolTip {
+        id: tip
+
+        text: root.text
+        delay: root.tipDelay
+    }
+}
