@@ -11,8 +11,8 @@ const char* const house = "AC14-FZK-Haus.ifc";
 const char* const engine = "2CylinderEngine.glb";
 const char* const truck = "CesiumMilkTruck.gltf";
 const char* const sculpture = "spider.fbx";
-const char* const groundFloor = "0.Erdgeschoss";
-const char* const attic = "1.Dachgeschoss";
+const char* const groundFloor = "0. Erdgeschoss";
+const char* const attic = "1. Dachgeschoss";
 
 const char* const residentialDepartment = "dept-residential";
 const char* const municipalDepartment = "dept-municipal";

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -16,10 +17,16 @@ struct Vertex {
     Vector3 normal{};   ///< unit length
 };
 
+/// What is known of a component: texts by their names, in groups that have names too.
+using Properties = std::map<std::string, std::map<std::string, std::string>>;
+
 /// A node of a model's tree: a storey, a component, a part of a machine.
 struct Node {
-    std::string name;
-    int parent = -1; ///< index in Model::nodes, always smaller than the node's own; -1 at the top
+    std::string name{};
+    int parent = -1;    ///< index in Model::nodes, always smaller than the node's own; -1 at the top
+    std::string type{}; ///< "IfcWall" and the like; empty where the source has no types
+    std::string id{};   ///< the source's own name for it, for machines; empty where it has none
+    Properties properties{};
 
     friend bool operator==(const Node&, const Node&) = default;
 };
@@ -31,6 +38,8 @@ struct Part {
     std::uint32_t indexCount = 0;                       ///< a multiple of three
     std::array<float, 4> color{0.8F, 0.8F, 0.8F, 1.0F}; ///< red, green, blue, opacity; linear, 0 to 1
     bool isDoubleSided = false;
+    unsigned level = 0;    ///< 0 for all there is to see, the higher the coarser
+    double coverage = 1.0; ///< the share of the view that its node fills when this level takes over
 };
 
 struct Bounds {
@@ -47,7 +56,10 @@ struct Model {
     std::vector<Vertex> vertices;
     std::vector<std::uint32_t> indices; ///< three a triangle, all below the number of vertices
     std::vector<Node> nodes;
-    std::vector<Part> parts;
+    std::vector<Part> parts; ///< of level 0
+    /// What stands in for nodes far away: parts of the levels above 0, over the same vertices. A level holds
+    /// all parts of its node; only nodes without children have any.
+    std::vector<Part> coarser;
     Bounds bounds;
 };
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <fstream>
 #include <limits>
 #include <optional>
 #include <span>
@@ -184,6 +185,13 @@ std::uint32_t IndexAt(const Elements& elements, std::size_t index)
     }
 }
 
+std::string TextOf(const tinygltf::Value& object, const std::string& key)
+{
+    if (!object.IsObject() || !object.Has(key) || !object.Get(key).IsString())
+        return {};
+    return object.Get(key).Get<std::string>();
+}
+
 class Reader
 {
 public:
@@ -213,10 +221,25 @@ private:
         const auto matrix = Product(above, MatrixOf(node));
         const int self = static_cast<int>(m_model.nodes.size());
         m_model.nodes.push_back({node.name, parent});
+        takeExtras(node.extras, m_model.nodes.back());
         if (node.mesh >= 0)
             takeMesh(node.mesh, static_cast<std::uint32_t>(self), matrix);
         for (int child : node.children)
             takeNode(child, self, matrix, depth + 1);
+    }
+
+    static void takeExtras(const tinygltf::Value& extras, Node& node)
+    {
+        node.type = TextOf(extras, "type");
+        node.id = TextOf(extras, "id");
+        if (!extras.IsObject() || !extras.Has("properties"))
+            return;
+        const auto& groups = extras.Get("properties");
+        for (const auto& group : groups.Keys()) {
+            const auto& properties = groups.Get(group);
+            for (const auto& name : properties.Keys())
+                node.properties[group][name] = TextOf(properties, name);
+        }
     }
 
     void takeMesh(int index, std::uint32_t node, const Matrix& matrix)
@@ -344,13 +367,9 @@ bool NoOtherFile(const std::string& /*file*/, void* /*context*/)
 
 } // namespace
 
-std::variant<Model, Unreadable> ReadModel(const std::filesystem::path& file)
+std::variant<Model, Unreadable> ReadModel(std::span<const unsigned char> bytes)
 {
-    std::error_code error;
-    const auto size = std::filesystem::file_size(file, error);
-    if (error)
-        return Unreadable{"the file " + file.filename().string() + " is missing"};
-    if (size > largestFile)
+    if (bytes.size() > largestFile)
         return Unreadable{"the file is larger than 1 GiB"};
     try {
         tinygltf::TinyGLTF loader;
@@ -360,7 +379,8 @@ std::variant<Model, Unreadable> ReadModel(const std::filesystem::path& file)
         tinygltf::Model source;
         std::string problem;
         std::string warning;
-        if (!loader.LoadBinaryFromFile(&source, &problem, &warning, file.string()))
+        if (!loader.LoadBinaryFromMemory(&source, &problem, &warning, bytes.data(),
+                                         static_cast<unsigned>(bytes.size())))
             return Unreadable{"it is no model file, or it is damaged"};
         auto model = Reader(source).read();
         if (model.parts.empty())
@@ -369,6 +389,21 @@ std::variant<Model, Unreadable> ReadModel(const std::filesystem::path& file)
     } catch (const std::exception& exception) {
         return Unreadable{exception.what()};
     }
+}
+
+std::variant<Model, Unreadable> ReadModel(const std::filesystem::path& file)
+{
+    std::error_code error;
+    const auto size = std::filesystem::file_size(file, error);
+    if (error)
+        return Unreadable{"the file " + file.filename().string() + " is missing"};
+    if (size > largestFile)
+        return Unreadable{"the file is larger than 1 GiB"};
+    std::vector<unsigned char> bytes(size);
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(size)))
+        return Unreadable{"it is no model file, or it is damaged"};
+    return ReadModel(bytes);
 }
 
 } // namespace gltf

@@ -15,19 +15,41 @@ namespace
 
 using nlohmann::json;
 
+json DroppedFacts(const Dropped& dropped)
+{
+    return {{"pointsAndLines", dropped.primitives},
+            {"textures", dropped.textures},
+            {"components", dropped.components},
+            {"componentNames", dropped.names},
+            {"faces", dropped.faces},
+            {"triangles", dropped.triangles}};
+}
+
+std::size_t CountTriangles(const std::vector<gltf::Part>& parts, unsigned level)
+{
+    std::size_t count = 0;
+    for (const auto& part : parts)
+        count += part.level == level ? part.indexCount / 3 : 0;
+    return count;
+}
+
 json ModelFacts(const SourceModel& source, const std::string& name, const std::string& sourceName)
 {
     const auto& model = source.model;
-    return {
-        {"name", name},
-        {"type", "MODEL"},
-        {"source", sourceName},
-        {"bounds", {{"low", model.bounds.low}, {"high", model.bounds.high}}},
-        {"triangles", model.indices.size() / 3},
-        {"vertices", model.vertices.size()},
-        {"nodes", model.nodes.size()},
-        {"parts", model.parts.size()},
-        {"dropped", {{"pointsAndLines", source.droppedPrimitives}, {"textures", source.droppedTextures}}}};
+    json levels = json::array({CountTriangles(model.parts, 0)});
+    for (unsigned level = 1; CountTriangles(model.coarser, level) > 0; ++level)
+        levels.push_back(CountTriangles(model.coarser, level));
+    return {{"name", name},
+            {"type", "MODEL"},
+            {"source", sourceName},
+            {"bounds", {{"low", model.bounds.low}, {"high", model.bounds.high}}},
+            {"triangles", levels.front()},
+            {"levels", levels},
+            {"vertices", model.vertices.size()},
+            {"nodes", model.nodes.size()},
+            {"parts", model.parts.size()},
+            {"origin", source.origin},
+            {"dropped", DroppedFacts(source.dropped)}};
 }
 
 json FloorList(const std::vector<Floor>& floors)
@@ -69,6 +91,17 @@ std::string WriteModelFolder(const SourceModel& source, const std::string& name,
     if (isNew)
         std::filesystem::remove(folder, error);
     return "the folder " + folder.string() + " cannot be written";
+}
+
+bool RenameModel(const std::filesystem::path& folder, const std::string& name, const std::string& sourceName)
+{
+    std::ifstream stream(folder / "model.json", std::ios::binary);
+    auto facts = json::parse(stream, nullptr, false);
+    if (!facts.is_object())
+        return false;
+    facts["name"] = name;
+    facts["source"] = sourceName;
+    return WriteJson(facts, folder / "model.json");
 }
 
 } // namespace kyvconvert

@@ -67,6 +67,10 @@ private slots:
     void surfacesComeBack();
     void treeComesBackWithItsNames();
     void boundsComeBack();
+    void whatIsKnownOfANodeComesBack();
+    void coarserLevelsAreNamedByTheirNodesAndDoNotComeBack();
+    void cornersOfSmallPartsAreNumberedInTwoBytes();
+    void cornersOfLargePartsAreNumberedInFourBytes();
     void anyModelComesBack();
     void partsOfOneLookShareAMaterial();
     void translucentPartsAreBlended();
@@ -242,6 +246,67 @@ void TestModelWriter::fileThatDoesNotFitIsAFailureAndLeavesTheOldOne()
     }
     QCOMPARE(files(), QStringList("model.glb"));
     QCOMPARE(readBack().nodes.size(), std::size_t(1));
+}
+
+void TestModelWriter::whatIsKnownOfANodeComesBack()
+{
+    auto house = House();
+    house.nodes.at(2).type = "IfcWall";
+    house.nodes.at(2).id = "3rPX_Juz59peXXY6wDJl18";
+    house.nodes.at(2).properties = {{"Pset_WallCommon", {{"防火等级", "F90"}, {"IsExternal", "true"}}},
+                                    {"Material", {{"Material", "砖"}}}};
+    QVERIFY(gltf::WriteModel(house, file(), "test"));
+    const auto read = gltf::ReadModel(file());
+    QVERIFY(std::get<gltf::Model>(read).nodes == house.nodes);
+}
+
+void TestModelWriter::coarserLevelsAreNamedByTheirNodesAndDoNotComeBack()
+{
+    auto house = House();
+    house.nodes.at(2).type = "IfcWall";
+    auto coarser = house.parts.at(0);
+    coarser.level = 1;
+    coarser.coverage = 0.25;
+    house.coarser = {coarser};
+    QVERIFY(gltf::WriteModel(house, file(), "test"));
+    const auto json = description();
+    const auto wall = json.value("nodes").toArray().at(2).toObject();
+    QCOMPARE(wall.value("extensions").toObject().value("MSFT_lod").toObject().value("ids").toArray(),
+             QJsonArray{6});
+    QCOMPARE(wall.value("extras").toObject().value("MSFT_screencoverage").toArray(), QJsonArray({0.25, 0}));
+    QCOMPARE(wall.value("extras").toObject().value("type").toString(), QStringLiteral("IfcWall"));
+    QCOMPARE(json.value("extensionsUsed").toArray(), QJsonArray{"MSFT_lod"});
+    QVERIFY(json.value("nodes").toArray().at(6).toObject().contains("mesh"));
+    QCOMPARE(json.value("scenes").toArray().at(0).toObject().value("nodes").toArray(), QJsonArray{0});
+    const auto read = gltf::ReadModel(file());
+    QCOMPARE(Surfaces(std::get<gltf::Model>(read)), Surfaces(House()));
+}
+
+void TestModelWriter::cornersOfSmallPartsAreNumberedInTwoBytes()
+{
+    QVERIFY(gltf::WriteModel(House(), file(), "test"));
+    int narrow = 0;
+    for (const auto& accessor : description().value("accessors").toArray())
+        narrow += accessor.toObject().value("componentType").toInt() == 5123 ? 1 : 0;
+    QCOMPARE(narrow, 3);
+}
+
+void TestModelWriter::cornersOfLargePartsAreNumberedInFourBytes()
+{
+    gltf::Model large;
+    large.nodes = {{"large", -1}};
+    for (int i = 0; i < 22000; ++i)
+        AddTriangle(large, 0, {static_cast<float>(i), 0, 0}, 1);
+    auto whole = large.parts.front();
+    whole.indexCount = static_cast<std::uint32_t>(large.indices.size());
+    large.parts = {whole};
+    QVERIFY(gltf::WriteModel(large, file(), "test"));
+    int wide = 0;
+    for (const auto& accessor : description().value("accessors").toArray())
+        wide += accessor.toObject().value("componentType").toInt() == 5125 ? 1 : 0;
+    QCOMPARE(wide, 1);
+    const auto read = gltf::ReadModel(file());
+    QCOMPARE(std::get<gltf::Model>(read).indices, large.indices);
 }
 
 QTEST_GUILESS_MAIN(TestModelWriter)

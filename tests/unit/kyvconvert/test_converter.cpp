@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
+#include "ball.h"
 #include "gltf/modelwriter.h"
 #include "models.h"
 
 #include <QDir>
 #include <QFile>
 #include <QImage>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
@@ -28,13 +30,18 @@ private slots:
     void missingSourceIsTold();
     void damagedSourceIsToldAndLeavesNothing();
     void folderThatCannotBeMadeIsTold();
-    void pictureThatCannotBeWrittenIsTold();
+    void folderThatHoldsSomethingIsLeftAlone();
+    void emptyFolderIsFilled();
+    void pictureThatCannotBeWrittenIsToldAndLeavesNothing();
+    void whatAKilledConversionLeftBehindGoesWithTheNext();
+    void modeMakesCoarserLevels();
+    void unknownModeIsRefused();
 
 private:
     struct Run {
         int exitCode;
         QString out;
-        QString error;
+        QString error; ///< that the last line tells
     };
     [[nodiscard]] static Run run(const QStringList& arguments);
     [[nodiscard]] QString path(const char* name) const { return m_folder->filePath(name); }
@@ -55,8 +62,11 @@ TestConverter::Run TestConverter::run(const QStringList& arguments)
     converter.start(QStringLiteral(TORVO_CONVERTER), arguments);
     if (!converter.waitForFinished(60000) || converter.exitStatus() != QProcess::NormalExit)
         return {-1, {}, converter.errorString()};
-    return {converter.exitCode(), QString::fromUtf8(converter.readAllStandardOutput()),
-            QString::fromUtf8(converter.readAllStandardError())};
+    const auto out = converter.readAllStandardOutput();
+    const auto last = QJsonDocument::fromJson(out.trimmed().split('\n').last()).object();
+    if (last.contains("error") && last.value("code").toInt() != converter.exitCode())
+        return {-1, QString::fromUtf8(out), QStringLiteral("the told code is not the exit code")};
+    return {converter.exitCode(), QString::fromUtf8(out), last.value("error").toString()};
 }
 
 QJsonObject TestConverter::facts() const
@@ -85,8 +95,9 @@ void TestConverter::progressRisesToAHundred()
     QVERIFY(!lines.isEmpty());
     int last = -1;
     for (const auto& line : lines) {
-        QVERIFY(line.startsWith("percent "));
-        const int percent = line.mid(8).toInt();
+        const auto told = QJsonDocument::fromJson(line.toUtf8()).object();
+        QCOMPARE(told.keys(), QStringList{"percent"});
+        const int percent = told.value("percent").toInt(-1);
         QVERIFY(percent > last);
         last = percent;
     }
@@ -134,8 +145,9 @@ void TestConverter::damagedSourceIsToldAndLeavesNothing()
     QVERIFY(file.resize(300));
     const auto done = run({path("house.glb"), path("model")});
     QCOMPARE(done.exitCode, 3);
-    QVERIFY2(done.error.startsWith("kyv-convert: the file cannot be read: "), qPrintable(done.error));
-    QVERIFY(!QFile::exists(path("model")));
+    QVERIFY2(done.error.startsWith("the file cannot be read: "), qPrintable(done.error));
+    QCOMPARE(QDir(m_folder->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+             QStringList{"house.glb"});
 }
 
 void TestConverter::folderThatCannotBeMadeIsTold()
@@ -145,11 +157,67 @@ void TestConverter::folderThatCannotBeMadeIsTold()
     QVERIFY2(done.error.contains(path("house.glb") + "/model"), qPrintable(done.error));
 }
 
-void TestConverter::pictureThatCannotBeWrittenIsTold()
+void TestConverter::folderThatHoldsSomethingIsLeftAlone()
+{
+    QVERIFY(QDir(m_folder->path()).mkpath("model/letters"));
+    const auto done = run({path("house.glb"), path("model")});
+    QCOMPARE(done.exitCode, 4);
+    QVERIFY2(done.error.contains("is there already"), qPrintable(done.error));
+    QCOMPARE(QDir(path("model")).entryList(QDir::NoDotAndDotDot | QDir::AllEntries), QStringList{"letters"});
+}
+
+void TestConverter::emptyFolderIsFilled()
+{
+    QVERIFY(QDir(m_folder->path()).mkdir("model"));
+    QCOMPARE(run({path("house.glb"), path("model/")}).exitCode, 0);
+    QVERIFY(QFile::exists(path("model/model.glb")));
+}
+
+void TestConverter::pictureThatCannotBeWrittenIsToldAndLeavesNothing()
 {
     const auto done = run({"--picture", path("none/house.jpg"), path("house.glb"), path("model")});
     QCOMPARE(done.exitCode, 4);
     QVERIFY2(done.error.contains("picture"), qPrintable(done.error));
+    QCOMPARE(QDir(m_folder->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+             QStringList{"house.glb"});
+}
+
+void TestConverter::whatAKilledConversionLeftBehindGoesWithTheNext()
+{
+    QVERIFY(QDir(m_folder->path()).mkpath("model.half/model/old"));
+    QCOMPARE(run({path("house.glb"), path("model")}).exitCode, 0);
+    QCOMPARE(QDir(m_folder->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+             QStringList({"house.glb", "model"}));
+    QCOMPARE(QDir(path("model")).entryList(QDir::NoDotAndDotDot | QDir::AllEntries),
+             QStringList({"floors.json", "model.glb", "model.json"}));
+}
+
+void TestConverter::modeMakesCoarserLevels()
+{
+    auto ball = Ball(40);
+    QVERIFY(gltf::WriteModel(ball, path("ball.glb").toStdString(), "test"));
+    const auto counts = [&](const char* mode) {
+        if (run({"--mode", mode, path("ball.glb"), path("model")}).exitCode != 0)
+            return QJsonArray();
+        const auto levels = facts().value("levels").toArray();
+        QDir(path("model")).removeRecursively();
+        return levels;
+    };
+    const auto all = counts("0");
+    QCOMPARE(all.size(), 1);
+    const auto quality = counts("1");
+    QVERIFY(quality.size() > 1);
+    QCOMPARE(quality.first(), all.first());
+    QVERIFY(quality.at(1).toInt() < quality.at(0).toInt());
+    const auto performance = counts("3");
+    QVERIFY(performance.size() > 1);
+    QVERIFY(performance.first().toInt() < all.first().toInt());
+    QVERIFY(performance.last().toInt() < quality.last().toInt());
+}
+
+void TestConverter::unknownModeIsRefused()
+{
+    QCOMPARE(run({"--mode", "2", path("house.glb"), path("model")}).exitCode, 2);
 }
 
 QTEST_GUILESS_MAIN(TestConverter)

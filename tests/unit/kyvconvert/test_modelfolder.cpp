@@ -21,6 +21,10 @@ private slots:
     void modelIsWrittenWithItsSurfaces();
     void factsNameTheModelAndCountWhatIsInIt();
     void factsSayWhatWasDropped();
+    void factsCountTheTrianglesOfEveryLevel();
+    void factsSayWhereTheSourceHasTheModelsZero();
+    void modelGetsAnotherNameAndKeepsItsOtherFacts();
+    void folderWithoutAModelGetsNoName();
     void floorsAreWrittenInTheirOrder();
     void modelWithoutFloorsHasAnEmptyList();
     void nameThatIsNoTextIsMendedAndNoFailure();
@@ -50,8 +54,12 @@ kyvconvert::SourceModel TestModelFolder::source()
     kyvconvert::SourceModel source;
     source.model = House();
     source.floors = {{"一层", 0.0}, {"二层", 3.25}};
-    source.droppedPrimitives = 4;
-    source.droppedTextures = 2;
+    source.dropped.primitives = 4;
+    source.dropped.textures = 2;
+    source.dropped.components = 1;
+    source.dropped.names = {"门"};
+    source.dropped.faces = 5;
+    source.dropped.triangles = 3;
     return source;
 }
 
@@ -96,7 +104,48 @@ void TestModelFolder::factsSayWhatWasDropped()
 {
     QCOMPARE(write(source()), QString());
     QCOMPARE(json("model.json").object().value("dropped").toObject(),
-             (QJsonObject{{"pointsAndLines", 4}, {"textures", 2}}));
+             (QJsonObject{{"pointsAndLines", 4},
+                          {"textures", 2},
+                          {"components", 1},
+                          {"componentNames", QJsonArray{QStringLiteral("门")}},
+                          {"faces", 5},
+                          {"triangles", 3}}));
+}
+
+void TestModelFolder::factsCountTheTrianglesOfEveryLevel()
+{
+    auto leveled = source();
+    leveled.model.coarser = {leveled.model.parts.at(0), leveled.model.parts.at(1)};
+    for (auto& part : leveled.model.coarser)
+        part.level = 1;
+    QCOMPARE(write(leveled), QString());
+    const auto facts = json("model.json").object();
+    QCOMPARE(facts.value("levels").toArray(), QJsonArray({3, 2}));
+    QCOMPARE(facts.value("triangles").toInt(), 3);
+}
+
+void TestModelFolder::factsSayWhereTheSourceHasTheModelsZero()
+{
+    auto far = source();
+    far.origin = {450000, 0, -3300000.5};
+    QCOMPARE(write(far), QString());
+    QCOMPARE(json("model.json").object().value("origin").toArray(), QJsonArray({450000, 0, -3300000.5}));
+}
+
+void TestModelFolder::modelGetsAnotherNameAndKeepsItsOtherFacts()
+{
+    QCOMPARE(write(source()), QString());
+    auto expected = json("model.json").object();
+    QVERIFY(kyvconvert::RenameModel(folder().toStdString(), "塔", "tower.ifc"));
+    expected["name"] = QStringLiteral("塔");
+    expected["source"] = QStringLiteral("tower.ifc");
+    QCOMPARE(json("model.json").object(), expected);
+}
+
+void TestModelFolder::folderWithoutAModelGetsNoName()
+{
+    QVERIFY(!kyvconvert::RenameModel(m_folder->path().toStdString(), "塔", "tower.ifc"));
+    QVERIFY(!QFile::exists(m_folder->filePath("model.json")));
 }
 
 void TestModelFolder::floorsAreWrittenInTheirOrder()

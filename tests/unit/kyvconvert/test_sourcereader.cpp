@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "kyvconvert/sourcereader.h"
 
+#include "building.h"
 #include "gltf/modelwriter.h"
 #include "models.h"
 
@@ -18,52 +19,6 @@ const QByteArray squareAndLine = "o square\n"
                                  "o line\n"
                                  "l 1 3\n";
 
-/// A building in millimetres: a lower storey, and an upper one, three metres above, with a box in it and a
-/// room, which is no matter.
-const QByteArray building = R"(ISO-10303-21;
-HEADER;
-FILE_DESCRIPTION((''),'2;1');
-FILE_NAME('','',(''),(''),'','','');
-FILE_SCHEMA(('IFC2X3'));
-ENDSEC;
-DATA;
-#1=IFCPERSON($,'a',$,$,$,$,$,$);
-#2=IFCORGANIZATION($,'b',$,$,$);
-#3=IFCPERSONANDORGANIZATION(#1,#2,$);
-#4=IFCAPPLICATION(#2,'1','c','d');
-#5=IFCOWNERHISTORY(#3,#4,$,.ADDED.,$,$,$,0);
-#6=IFCCARTESIANPOINT((0.,0.,0.));
-#7=IFCDIRECTION((0.,0.,1.));
-#8=IFCDIRECTION((1.,0.,0.));
-#9=IFCAXIS2PLACEMENT3D(#6,#7,#8);
-#10=IFCGEOMETRICREPRESENTATIONCONTEXT($,'Model',3,1.E-05,#9,$);
-#11=IFCSIUNIT(*,.LENGTHUNIT.,.MILLI.,.METRE.);
-#12=IFCSIUNIT(*,.PLANEANGLEUNIT.,$,.RADIAN.);
-#13=IFCUNITASSIGNMENT((#11,#12));
-#14=IFCPROJECT('0000000000000000000001',#5,'Project',$,$,$,$,(#10),#13);
-#15=IFCLOCALPLACEMENT($,#9);
-#16=IFCBUILDING('0000000000000000000002',#5,'House',$,$,#15,$,$,.ELEMENT.,$,$,$);
-#17=IFCBUILDINGSTOREY('0000000000000000000003',#5,'Ground',$,$,#15,$,$,.ELEMENT.,0.);
-#18=IFCCARTESIANPOINT((0.,0.,3000.));
-#19=IFCAXIS2PLACEMENT3D(#18,#7,#8);
-#20=IFCLOCALPLACEMENT(#15,#19);
-#21=IFCBUILDINGSTOREY('0000000000000000000004',#5,'Upper',$,$,#20,$,$,.ELEMENT.,3000.);
-#22=IFCLOCALPLACEMENT(#20,#9);
-#23=IFCCARTESIANPOINT((0.,0.));
-#24=IFCAXIS2PLACEMENT2D(#23,$);
-#25=IFCRECTANGLEPROFILEDEF(.AREA.,$,#24,4000.,2000.);
-#26=IFCEXTRUDEDAREASOLID(#25,#9,#7,1000.);
-#27=IFCSHAPEREPRESENTATION(#10,'Body','SweptSolid',(#26));
-#28=IFCPRODUCTDEFINITIONSHAPE($,$,(#27));
-#29=IFCBUILDINGELEMENTPROXY('0000000000000000000005',#5,'Box',$,$,#22,#28,$,$);
-#30=IFCSPACE('0000000000000000000006',#5,'Room',$,$,#22,#28,$,.ELEMENT.,.INTERNAL.,$);
-#31=IFCRELAGGREGATES('0000000000000000000007',#5,$,$,#14,(#16));
-#32=IFCRELAGGREGATES('0000000000000000000008',#5,$,$,#16,(#21,#17));
-#33=IFCRELCONTAINEDINSPATIALSTRUCTURE('0000000000000000000009',#5,$,$,(#29,#30),#21);
-ENDSEC;
-END-ISO-10303-21;
-)";
-
 } // namespace
 
 class TestSourceReader : public QObject
@@ -79,10 +34,6 @@ private slots:
     void picturesOnSurfacesAreCountedAsDropped();
     void mirroredSurfaceKeepsItsFrontOutside();
     void nodeWithoutASurfaceIsLeftOut();
-    void storeysOfABuildingAreFloorsFromTheLowestUp();
-    void buildingIsInMetresWithYUp();
-    void elementsOfABuildingHaveTheirOwnNames();
-    void roomsAreNoMatter();
     void progressRunsFromNothingToAllAtMost();
     void missingFileIsNamed();
     void fileThatCannotBeReadIsTold_data();
@@ -148,7 +99,7 @@ void TestSourceReader::squareIsTwoTriangles()
 void TestSourceReader::linesAreCountedAsDropped()
 {
     const auto source = read(write("square.obj", squareAndLine));
-    QCOMPARE(source.droppedPrimitives, std::size_t(1));
+    QCOMPARE(source.dropped.primitives, std::size_t(1));
     QCOMPARE(source.model.parts.size(), std::size_t(1));
 }
 
@@ -157,7 +108,7 @@ void TestSourceReader::picturesOnSurfacesAreCountedAsDropped()
     (void)write("look.mtl", "newmtl brick\nKd 0.5 0.25 0.125\nmap_Kd brick.png\n");
     const auto source =
         read(write("brick.obj", "mtllib look.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nusemtl brick\nf 1 2 3\n"));
-    QCOMPARE(source.droppedTextures, std::size_t(1));
+    QCOMPARE(source.dropped.textures, std::size_t(1));
     QCOMPARE(source.model.parts.at(0).color, (std::array<float, 4>{0.5F, 0.25F, 0.125F, 1.0F}));
 }
 
@@ -194,41 +145,6 @@ void TestSourceReader::nodeWithoutASurfaceIsLeftOut()
     QCOMPARE(PathsOf(read(file).model), PathsOf(House()));
 }
 
-void TestSourceReader::storeysOfABuildingAreFloorsFromTheLowestUp()
-{
-    const auto floors = read(write("building.ifc", building)).floors;
-    QCOMPARE(floors.size(), std::size_t(2));
-    QCOMPARE(floors.at(0).name, std::string("Ground"));
-    QCOMPARE(floors.at(0).elevation, 0.0);
-    QCOMPARE(floors.at(1).name, std::string("Upper"));
-    QVERIFY(qAbs(floors.at(1).elevation - 3.0) < 1e-4);
-}
-
-void TestSourceReader::buildingIsInMetresWithYUp()
-{
-    const auto bounds = read(write("building.ifc", building)).model.bounds;
-    const gltf::Vector3 low{-2, 3, -1};
-    const gltf::Vector3 high{2, 4, 1};
-    for (std::size_t axis = 0; axis < 3; ++axis) {
-        QVERIFY(qAbs(bounds.low[axis] - low[axis]) < 1e-4F);
-        QVERIFY(qAbs(bounds.high[axis] - high[axis]) < 1e-4F);
-    }
-}
-
-void TestSourceReader::elementsOfABuildingHaveTheirOwnNames()
-{
-    const auto paths = PathsOf(read(write("building.ifc", building)).model);
-    QVERIFY2(paths.contains("/House/Upper/Box"), qPrintable(paths.join('\n')));
-    QVERIFY2(paths.contains("/House/Ground"), qPrintable(paths.join('\n')));
-}
-
-void TestSourceReader::roomsAreNoMatter()
-{
-    const auto source = read(write("building.ifc", building));
-    QCOMPARE(source.model.parts.size(), std::size_t(1));
-    QVERIFY(PathsOf(source.model).filter("Room").isEmpty());
-}
-
 void TestSourceReader::progressRunsFromNothingToAllAtMost()
 {
     const auto file = write("building.ifc", building);
@@ -255,6 +171,7 @@ void TestSourceReader::fileThatCannotBeReadIsTold_data()
     QTest::newRow("no JSON") << "c.gltf" << QByteArray("{\"asset\": ");
     QTest::newRow("half a building") << "d.ifc" << building.left(400);
     QTest::newRow("an unknown kind of file") << "e.docx" << QByteArray("PK");
+    QTest::newRow("no building") << "f.ifc" << QByteArray("ISO-10303-21;\nEND-ISO-10303-21;\n");
 }
 
 void TestSourceReader::fileThatCannotBeReadIsTold()
