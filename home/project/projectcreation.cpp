@@ -3,7 +3,6 @@
 
 #include "TorvoSDK/projecthost.h"
 #include "TorvoSDK/torvosdkplugin.h"
-#include "ZRIMGeometryModel/zrimposition.h"
 #include "ZRSmartDB/zrdatabase.h"
 #include "ZRSmartDB/zrproject.h"
 #include "core/homeapp.h"
@@ -55,10 +54,8 @@ ZRSmartDB::IZRProject* CProjectMgr::CreateProject(const SProjectInfoRecord& reco
     if (m_projectDB == nullptr)
         return nullptr;
     const auto key = KeyOf(QString::fromStdWString(NewGuid()).toLower());
-    const ZRIMGeometryModel::CZRIMPosition position(record.longitude.toDouble(), record.latitude.toDouble(),
-                                                    0.0);
     auto* project = m_projectDB->CreateProj(key, record.name.toStdWString(), record.type.toStdWString(),
-                                            position, m_dataPath.toStdWString());
+                                            PositionOf(record), m_dataPath.toStdWString());
     if (project == nullptr)
         return nullptr;
     fillNewProject(*project, record);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "ZRIMGeometryModel/zrimposition.h"
+
 #include <QMap>
 #include <QString>
 
@@ -28,5 +30,8 @@ struct SProjectInfoRecord {
     QString proj4;                   ///< projection parameters in PROJ4 form
     QMap<QString, QString> extAttrs; ///< "deptId" and "deptName", or "appID" and "appName"
 };
+
+/// Where the project lies. A longitude or latitude that is no finite number is 0.
+[[nodiscard]] ZRIMGeometryModel::CZRIMPosition PositionOf(const SProjectInfoRecord& record);
 
 } // namespace TorvoEditor

@@ -209,7 +209,8 @@ private:
 
     [[nodiscard]] bool typeInto(const QString& field, const QString& text)
     {
-        if (!session->home().click(field))
+        if (!session->home().click(field) ||
+            !WaitFor([&] { return HomeScreen::item(field)->hasActiveFocus(); }))
             return false;
         session->desktop().type(text);
         return WaitFor([&] { return HomeScreen::textOf(field) == text; });

@@ -1,13 +1,17 @@
 // SPDX-License-Identifier: MIT
 // The editor of the property template in the whole program: from the card's data to the page and back.
+#include "road/colleague.h"
+#include "road/infocard.h"
 #include "road/samplecontent.h"
 #include "road/suite.h"
 #include "webview/engine.h"
 
+#include <QFile>
 #include <QLayout>
 #include <QPointer>
 #include <QQmlContext>
 #include <QQmlExpression>
+#include <QTemporaryDir>
 
 using road::HomeScreen;
 
@@ -85,6 +89,34 @@ private slots:
                            [&] { return window->windowTitle().startsWith(QString::fromUtf8("●")); }));
         QVERIFY(pressUntil(window, Qt::Key_S, Qt::ControlModifier,
                            [&] { return templateText().contains(QString::fromUtf8("\"新分组\"")); }));
+    }
+
+    void aGroupMadeOnThePageIsInTheProjectOnceTheCardIsSaved()
+    {
+        const QTemporaryDir folder;
+        QFile file(folder.filePath("mine.json"));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(R"({"groups": []})") > 0 && file.flush());
+        QVERIFY(session->enter() && session->download(road::scene));
+        road::InfoCard card(session->desktop(), session->home());
+        QVERIFY(card.openFor(road::scene) && card.clickIn(road::templateRow, "importBtn"));
+        session->desktop().awaitQuiet();
+        session->desktop().type(file.fileName());
+        session->desktop().press(0xff0d);
+        QTRY_COMPARE(HomeScreen::textOf("templateField"), QStringLiteral("mine.json"));
+
+        QVERIFY(card.clickIn(road::templateRow, "editBtn"));
+        QTRY_VERIFY_WITH_TIMEOUT(pageWindow() != nullptr, 60000);
+        auto* window = pageWindow();
+        QVERIFY(pressUntil(window, Qt::Key_Insert, Qt::AltModifier,
+                           [&] { return window->windowTitle().startsWith(QString::fromUtf8("●")); }));
+        QVERIFY(pressUntil(window, Qt::Key_S, Qt::ControlModifier,
+                           [&] { return !window->windowTitle().startsWith(QString::fromUtf8("●")); }));
+        window->close();
+        QTRY_VERIFY(pageWindow() == nullptr);
+        QVERIFY(card.accept());
+        const road::Colleague here(server->address(), QCoreApplication::applicationDirPath() + "/data");
+        QVERIFY(
+            here.factsOf(road::scene).value("template").toString().contains(QString::fromUtf8("\"新分组\"")));
     }
 
     void aMissingPageIsToldInTheHomeWindow()

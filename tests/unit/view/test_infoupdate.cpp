@@ -22,6 +22,7 @@ private slots:
 
     void fieldsAreWrittenInOrder();
     void regionOfASceneIsWritten();
+    void coordinatesThatAreNoNumbersAreZero_data();
     void coordinatesThatAreNoNumbersAreZero();
     void projectIsReadAnewAfterwards();
     void cardAndItemTakeTheNewName();
@@ -93,12 +94,21 @@ void TestInfoUpdate::regionOfASceneIsWritten()
     QCOMPARE(written.indexOf("SaveAll()"), written.indexOf(QRegExp(".*Pa_BelongsRegion.*")) + 1);
 }
 
+void TestInfoUpdate::coordinatesThatAreNoNumbersAreZero_data()
+{
+    QTest::addColumn<QString>("longitude");
+    QTest::newRow("a word") << "east";
+    QTest::newRow("no number by its name") << "nan";
+    QTest::newRow("endless") << "-inf";
+}
+
 void TestInfoUpdate::coordinatesThatAreNoNumbersAreZero()
 {
+    QFETCH(QString, longitude);
     StartedView::addLocal("a", "BIM");
     StartedView::writeLocalList({"a"});
     QVERIFY(m_view->start());
-    m_record.longitude = "east";
+    m_record.longitude = longitude;
     m_record.latitude.clear();
     show(m_record);
     StartedView::control().slotProjectInfoUpdate();

@@ -2,7 +2,6 @@
 #include "view/context/editorcontrol/editorcontrol.h"
 
 #include "EditorCommon/kyvapi.h"
-#include "ZRIMGeometryModel/zrimposition.h"
 #include "ZRSmartDB/zrdatabase.h"
 #include "ZRSmartDB/zrdbdirector.h"
 #include "ZRSmartDB/zrproject.h"
@@ -276,7 +275,7 @@ void CEditorControl::writeProject(ZRSmartDB::IZRProject& project, const SProject
 {
     project.SetName(record.name.toStdWString());
     project.SetType(record.type.toStdWString());
-    project.SetPosition({record.longitude.toDouble(), record.latitude.toDouble(), 0.0});
+    project.SetPosition(PositionOf(record));
     project.SetTemplate(record.templateContent.toStdWString());
     project.SetProj4(record.proj4.toStdWString());
     const std::wstring oldIotCode = project.GetIotCode();
