@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "server/accounts/password.h"
+#include "server/conversions/workerpool.h"
 #include "server/http/server.h"
 #include "server/projects/publish.h"
 #include "server/projects/seed.h"
@@ -12,9 +13,11 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <memory>
 #include <optional>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
@@ -26,6 +29,7 @@ struct DataFolder {
     explicit DataFolder(const std::filesystem::path& folder)
         : database(folder / "server.db")
         , packs(folder / "packs")
+        , archives(folder / "archives")
         , lock(folder / "server.lock")
     {
         std::filesystem::create_directories(packs);
@@ -34,6 +38,7 @@ struct DataFolder {
 
     std::filesystem::path database;
     std::filesystem::path packs;
+    std::filesystem::path archives;
     std::filesystem::path lock;
 };
 
@@ -43,6 +48,11 @@ struct Options {
     std::string portFile;
     int tokenHours = 24 * 14;
     int uploadLeaseSeconds = 90;
+    unsigned workers = std::max(1U, std::thread::hardware_concurrency() - 1);
+    std::string converter;
+    int jobLeaseSeconds = 15;
+    int jobSeconds = 3600;
+    int jobMebibytes = 4096;
     std::string samples;
     std::string folder;
     std::string record;
@@ -68,6 +78,32 @@ std::optional<std::uint16_t> PortOf(const std::string& text)
     return port;
 }
 
+/// The processes that convert archives; none when the server was built or put somewhere without them.
+std::unique_ptr<server::WorkerPool> StartWorkers(const Options& options)
+{
+    // What a server that was killed has left behind.
+    std::filesystem::remove_all(std::filesystem::path(options.data) / "work");
+    const auto program = std::filesystem::read_symlink("/proc/self/exe").parent_path() / "torvo-worker";
+    if (options.workers == 0)
+        return nullptr;
+    if (!std::filesystem::exists(program)) {
+        std::cerr << "archives are not converted: there is no " << program << '\n';
+        return nullptr;
+    }
+    std::vector<std::string> command = {program.string(),
+                                        "--data",
+                                        options.data,
+                                        "--lease-seconds",
+                                        std::to_string(options.jobLeaseSeconds),
+                                        "--job-seconds",
+                                        std::to_string(options.jobSeconds),
+                                        "--job-memory",
+                                        std::to_string(options.jobMebibytes)};
+    if (!options.converter.empty())
+        command.insert(command.end(), {"--converter", options.converter});
+    return std::make_unique<server::WorkerPool>(std::move(command), options.workers);
+}
+
 int Serve(const Options& options)
 {
     const DataFolder data(options.data);
@@ -87,8 +123,9 @@ int Serve(const Options& options)
     std::signal(SIGXFSZ, SIG_IGN);
     server::SqliteStore store(data.database);
     server::Api api(
-        store, data.packs,
+        store, data.packs, data.archives,
         {std::chrono::hours(options.tokenHours), std::chrono::seconds(options.uploadLeaseSeconds)});
+    const auto workers = StartWorkers(options);
     server::Server server(api, options.listen.substr(0, colon), *port,
                           std::max(1U, std::thread::hardware_concurrency()));
     std::cout << "listening on http://" << options.listen.substr(0, colon) << ':' << server.port()
@@ -181,6 +218,18 @@ int main(int argumentCount, char** arguments)
 
     app.add_option("--upload-lease-seconds", options.uploadLeaseSeconds,
                    "an upload that sends nothing for so long has failed")
+        ->capture_default_str();
+
+    app.add_option("--workers", options.workers, "processes that convert archives; 0 for none")
+        ->capture_default_str();
+    app.add_option("--converter", options.converter,
+                   "the program that converts; the one that comes with the server unless told");
+    app.add_option("--job-seconds", options.jobSeconds, "how long a conversion may take")
+        ->capture_default_str();
+    app.add_option("--job-memory", options.jobMebibytes, "MiB that a conversion may occupy")
+        ->capture_default_str();
+    app.add_option("--job-lease-seconds", options.jobLeaseSeconds,
+                   "a worker that is not heard of for so long has lost its job")
         ->capture_default_str();
 
     const auto addData = [&](CLI::App* command) {

@@ -53,12 +53,14 @@ Reply RegionsBelow(const Request& request)
 
 } // namespace
 
-Api::Api(Store& store, const std::filesystem::path& packs, const Times& times)
+Api::Api(Store& store, const std::filesystem::path& packs, const std::filesystem::path& archives,
+         const Times& times)
     : m_store(store)
     , m_packs(packs)
     , m_lists(store)
     , m_revisions(store)
     , m_uploads(store, m_revisions, packs, times.uploadLease)
+    , m_conversions(store, archives)
     , m_pages(store, m_revisions, m_packs)
     , m_tokenLife(times.tokenLife)
 {
@@ -125,6 +127,11 @@ void Api::tick()
     } catch (const std::exception& exception) {
         std::cerr << "uploads that have stopped could not be ended: " << exception.what() << '\n';
     }
+    try {
+        m_conversions.tick();
+    } catch (const std::exception& exception) {
+        std::cerr << "conversions could not be looked after: " << exception.what() << '\n';
+    }
 }
 
 Reply Api::routeWithSession(const Request& request, const Session& session)
@@ -143,8 +150,11 @@ Reply Api::routeWithSession(const Request& request, const Session& session)
                                        : WrongMethod();
     if (path.size() == 1 && path[0] == "regions")
         return request.method == "GET" ? RegionsBelow(request) : WrongMethod();
+    if (path[0] == "conversions")
+        return m_conversions.answerJobs(request, session);
     if (path[0] == "projects")
-        return routeProject(request, session);
+        return ConversionApi::isProjects(request) ? m_conversions.answerProjects(request, session)
+                                                  : routeProject(request, session);
     return Missing();
 }
 

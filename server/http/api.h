@@ -2,6 +2,7 @@
 #pragma once
 
 #include "server/accounts/loginguard.h"
+#include "server/http/conversionapi.h"
 #include "server/http/reply.h"
 #include "server/projects/projectlists.h"
 #include "server/projects/revisioncache.h"
@@ -29,7 +30,9 @@ public:
         std::chrono::seconds uploadLease{90}; ///< after which an upload that sends nothing has failed
     };
 
-    Api(Store& store, const std::filesystem::path& packs, const Times& times);
+    /// `packs` and `archives` are the folders of what projects are made of and of what is to be converted.
+    Api(Store& store, const std::filesystem::path& packs, const std::filesystem::path& archives,
+        const Times& times);
 
     /// Never throws: what goes wrong inside becomes an answer with the status 500.
     [[nodiscard]] Reply answer(const Request& request);
@@ -78,6 +81,7 @@ private:
     ProjectLists m_lists;
     RevisionCache m_revisions;
     Uploads m_uploads;
+    ConversionApi m_conversions;
     WebPages m_pages;
     LoginGuard m_guard;
     std::chrono::seconds m_tokenLife;

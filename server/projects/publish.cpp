@@ -8,10 +8,12 @@
 #include "wire/projectfolder.h"
 #include "wire/snapshot.h"
 
+#include <map>
 #include <optional>
 #include <random>
 #include <stdexcept>
 #include <unordered_map>
+#include <utility>
 
 namespace server
 {
@@ -52,12 +54,14 @@ public:
         m_locations.push_back(*location);
     }
 
-    void commit(const std::string& guid, const wire::Manifest& manifest)
+    /// Where the pieces lie that have come since this was asked last.
+    [[nodiscard]] std::vector<PieceLocation> takeLocations() { return std::exchange(m_locations, {}); }
+
+    /// What the store does not know yet, on the disk.
+    [[nodiscard]] std::vector<StoredPiece> finish()
     {
         m_writer.sync();
-        m_store.commitRevision(
-            guid, {wire::RootOf(manifest), wire::EncodeManifest(manifest), Layout(m_locations).encode()},
-            m_fresh);
+        return std::move(m_fresh);
     }
 
 private:
@@ -65,7 +69,7 @@ private:
     PackWriter m_writer;
     std::unordered_map<wire::Digest, PieceLocation> m_met;
     std::vector<PieceLocation> m_locations;
-    std::vector<std::pair<wire::Digest, PieceLocation>> m_fresh;
+    std::vector<StoredPiece> m_fresh;
 };
 
 wire::FileEntry TakeFile(const std::filesystem::path& folder, const std::string& path,
@@ -91,15 +95,44 @@ wire::FileEntry TakeFile(const std::filesystem::path& folder, const std::string&
 
 } // namespace
 
+PreparedRevision PrepareRevision(Store& store, const std::filesystem::path& packs,
+                                 const std::filesystem::path& folder, const LoadedRevision* base)
+{
+    struct Taken {
+        wire::FileEntry entry;
+        std::vector<PieceLocation> locations;
+    };
+    std::map<std::string, Taken> files;
+    if (base != nullptr) {
+        std::size_t piece = 0;
+        for (const auto& entry : base->manifest.files) {
+            auto& taken = files[entry.path];
+            taken.entry = entry;
+            for (std::size_t i = 0; i < entry.pieces.size(); ++i)
+                taken.locations.push_back(base->layout.at(piece++));
+        }
+    }
+    PieceCollector collector(store, packs);
+    for (const auto& path : wire::ProjectFiles(folder)) {
+        auto entry = TakeFile(folder, path, collector);
+        files[path] = {std::move(entry), collector.takeLocations()};
+    }
+    wire::Manifest manifest;
+    std::vector<PieceLocation> locations;
+    for (auto& [path, taken] : files) {
+        manifest.files.push_back(std::move(taken.entry));
+        locations.insert(locations.end(), taken.locations.begin(), taken.locations.end());
+    }
+    return {{wire::RootOf(manifest), wire::EncodeManifest(manifest), Layout(std::move(locations)).encode()},
+            collector.finish()};
+}
+
 wire::Digest PublishFolder(Store& store, const std::filesystem::path& packs, const std::string& guid,
                            const std::filesystem::path& folder)
 {
-    PieceCollector collector(store, packs);
-    wire::Manifest manifest;
-    for (const auto& path : wire::ProjectFiles(folder))
-        manifest.files.push_back(TakeFile(folder, path, collector));
-    collector.commit(guid, manifest);
-    return wire::RootOf(manifest);
+    const auto prepared = PrepareRevision(store, packs, folder);
+    store.commitRevision(guid, prepared.revision, prepared.newPieces);
+    return prepared.revision.root;
 }
 
 } // namespace server

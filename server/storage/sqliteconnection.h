@@ -108,4 +108,11 @@ private:
 /// not change it; a model belongs to whoever its building project belongs to.
 [[nodiscard]] bool MayChange(SqliteStore::Lease& connection, std::int64_t account, const std::string& guid);
 
+void InsertPieces(SqliteStore::Lease& connection, std::span<const StoredPiece> pieces);
+
+/// Makes a revision the newest of its project.
+void InsertRevision(SqliteStore::Lease& connection, const std::string& guid, const Revision& revision);
+
+void SetStatus(SqliteStore::Lease& connection, const std::string& guid, ProjectStatus status);
+
 } // namespace server

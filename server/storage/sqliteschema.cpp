@@ -50,8 +50,28 @@ CREATE TABLE uploads(guid TEXT PRIMARY KEY REFERENCES projects(guid), id TEXT NO
     until INTEGER NOT NULL) WITHOUT ROWID;
 )";
 
+/// Archives that arrive, what is to be made of them, and what went wrong. A path is given up by an archive that another one
+/// takes the place of while a job still uses it.
+constexpr const char* conversions = R"(
+CREATE TABLE archives(id TEXT PRIMARY KEY, account INTEGER NOT NULL REFERENCES accounts(id),
+    guid TEXT NOT NULL REFERENCES projects(guid), path TEXT NOT NULL, size INTEGER NOT NULL,
+    received INTEGER NOT NULL DEFAULT 0, md5 TEXT NOT NULL DEFAULT '', touched INTEGER NOT NULL) WITHOUT ROWID;
+CREATE UNIQUE INDEX archives_by_path ON archives(account, path) WHERE path <> '';
+CREATE TABLE jobs(number INTEGER PRIMARY KEY AUTOINCREMENT, id TEXT NOT NULL UNIQUE,
+    guid TEXT NOT NULL REFERENCES projects(guid), account INTEGER NOT NULL REFERENCES accounts(id),
+    archive TEXT NOT NULL, path TEXT NOT NULL, name TEXT NOT NULL, old_model TEXT NOT NULL, mode INTEGER NOT NULL,
+    status INTEGER NOT NULL DEFAULT 6, percent REAL NOT NULL DEFAULT 0, attempts INTEGER NOT NULL DEFAULT 0,
+    worker TEXT NOT NULL DEFAULT '', until INTEGER NOT NULL DEFAULT 0, status_before INTEGER NOT NULL DEFAULT 1,
+    ended INTEGER NOT NULL DEFAULT 0);
+CREATE INDEX jobs_by_project ON jobs(guid);
+CREATE INDEX jobs_by_status ON jobs(status, number);
+CREATE TABLE conversion_failures(number INTEGER PRIMARY KEY AUTOINCREMENT, id TEXT NOT NULL, guid TEXT NOT NULL,
+    name TEXT NOT NULL, reason TEXT NOT NULL, happened INTEGER NOT NULL);
+CREATE INDEX failures_by_project ON conversion_failures(guid, number);
+)";
+
 /// What each version added to the one before it; a step that has been released stays as it is.
-constexpr std::array steps{accountsAndProjects, browsers, uploads};
+constexpr std::array steps{accountsAndProjects, browsers, uploads, conversions};
 
 } // namespace
 

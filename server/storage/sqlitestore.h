@@ -60,6 +60,29 @@ public:
                                             std::span<const StoredPiece> newPieces) override;
     void endUpload(const UploadLease& lease, ProjectStatus status) override;
     std::vector<std::string> endStaleUploads(std::int64_t now) override;
+    [[nodiscard]] Archive beginArchive(const Archive& archive, std::int64_t now,
+                                       std::vector<std::string>& replaced) override;
+    [[nodiscard]] std::optional<Archive> findArchive(std::int64_t account, const std::string& guid,
+                                                     const std::string& id) override;
+    void setReceived(const std::string& id, std::uint64_t received, std::int64_t now) override;
+    void setFinished(const std::string& id, const std::string& md5, std::int64_t now) override;
+    void removeArchive(const std::string& id) override;
+    [[nodiscard]] std::vector<std::string> forgetArchives(std::int64_t before) override;
+    [[nodiscard]] bool hasArchive(const std::string& id) override;
+    [[nodiscard]] AddAnswer addJob(Job& job, const std::string& md5) override;
+    [[nodiscard]] std::vector<Job> jobsOf(const std::string& guid) override;
+    [[nodiscard]] std::optional<Job> findJob(const std::string& id) override;
+    [[nodiscard]] std::optional<std::string> removeJob(const std::string& id) override;
+    [[nodiscard]] std::vector<ConversionFailure> failuresOf(const std::string& guid) override;
+    [[nodiscard]] std::vector<UsableModel> modelsOf(const std::string& guid) override;
+    [[nodiscard]] std::optional<Job> takeJob(const std::string& worker, std::int64_t until) override;
+    [[nodiscard]] bool keepJob(const std::string& id, const std::string& worker, double percent,
+                               std::int64_t until) override;
+    [[nodiscard]] PublishAnswer publishModel(const Job& job, const std::string& worker,
+                                             const Publication& publication, std::int64_t now) override;
+    void failJob(const std::string& id, const std::string& worker, const std::string& reason,
+                 std::int64_t now) override;
+    void reviveJobs(std::int64_t now, int mostAttempts, std::int64_t before) override;
 
     class Connection;
     class Lease;

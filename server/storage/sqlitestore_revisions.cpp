@@ -12,6 +12,64 @@ namespace server
 namespace
 {
 
+/// In which order to touch pieces: their index in the database is walked along then, and not jumped about in.
+template<class Item, class NameOf>
+std::vector<std::size_t> OrderOfNames(std::span<const Item> items, NameOf nameOf)
+{
+    std::vector<std::size_t> order(items.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::sort(order.begin(), order.end(), [&](std::size_t left, std::size_t right) {
+        return nameOf(items[left]) < nameOf(items[right]);
+    });
+    return order;
+}
+
+} // namespace
+
+void InsertPieces(SqliteStore::Lease& connection, std::span<const StoredPiece> pieces)
+{
+    auto& insert = connection.prepare("INSERT OR IGNORE INTO pieces(name, pack, offset, length) "
+                                      "VALUES(?, ?, ?, ?)");
+    for (const auto index : OrderOfNames(pieces, [](const StoredPiece& piece) { return piece.first; })) {
+        const auto& [name, location] = pieces[index];
+        insert.reset();
+        BindDigest(insert, 1, name);
+        insert.bind(2, location.pack);
+        insert.bind(3, static_cast<std::int64_t>(location.offset));
+        insert.bind(4, location.length);
+        insert.exec();
+    }
+}
+
+void InsertRevision(SqliteStore::Lease& connection, const std::string& guid, const Revision& revision)
+{
+    auto& insert = connection.prepare(
+        "INSERT OR IGNORE INTO revisions(guid, root, manifest, layout) VALUES(?, ?, ?, ?)");
+    insert.bind(1, guid);
+    BindDigest(insert, 2, revision.root);
+    BindBlob(insert, 3, revision.manifest);
+    BindBlob(insert, 4, revision.layout);
+    insert.exec();
+    auto& update =
+        connection.prepare("UPDATE projects SET head = ?, status = 1, revised = unixepoch() WHERE guid = ?");
+    update.bind(1, wire::ToHex(revision.root));
+    update.bind(2, guid);
+    update.exec();
+    connection.countChange();
+}
+
+void SetStatus(SqliteStore::Lease& connection, const std::string& guid, ProjectStatus status)
+{
+    auto& update = connection.prepare("UPDATE projects SET status = ? WHERE guid = ?");
+    update.bind(1, static_cast<int>(status));
+    update.bind(2, guid);
+    update.exec();
+    connection.countChange();
+}
+
+namespace
+{
+
 /// The head of a project and what holds its upload back.
 struct Standing {
     std::string head;
@@ -49,65 +107,12 @@ void InsertNewProject(SqliteStore::Lease& connection, const Project& project)
     insert.exec();
 }
 
-void SetStatus(SqliteStore::Lease& connection, const std::string& guid, ProjectStatus status)
-{
-    auto& update = connection.prepare("UPDATE projects SET status = ? WHERE guid = ?");
-    update.bind(1, static_cast<int>(status));
-    update.bind(2, guid);
-    update.exec();
-    connection.countChange();
-}
-
 void RemoveLease(SqliteStore::Lease& connection, const UploadLease& lease)
 {
     auto& remove = connection.prepare("DELETE FROM uploads WHERE guid = ? AND id = ?");
     remove.bind(1, lease.guid);
     remove.bind(2, lease.id);
     remove.exec();
-}
-
-/// In which order to touch pieces: their index in the database is walked along then, and not jumped about in.
-template<class Item, class NameOf>
-std::vector<std::size_t> OrderOfNames(std::span<const Item> items, NameOf nameOf)
-{
-    std::vector<std::size_t> order(items.size());
-    std::iota(order.begin(), order.end(), std::size_t{0});
-    std::sort(order.begin(), order.end(), [&](std::size_t left, std::size_t right) {
-        return nameOf(items[left]) < nameOf(items[right]);
-    });
-    return order;
-}
-
-void InsertPieces(SqliteStore::Lease& connection, std::span<const StoredPiece> pieces)
-{
-    auto& insert = connection.prepare("INSERT OR IGNORE INTO pieces(name, pack, offset, length) "
-                                      "VALUES(?, ?, ?, ?)");
-    for (const auto index : OrderOfNames(pieces, [](const StoredPiece& piece) { return piece.first; })) {
-        const auto& [name, location] = pieces[index];
-        insert.reset();
-        BindDigest(insert, 1, name);
-        insert.bind(2, location.pack);
-        insert.bind(3, static_cast<std::int64_t>(location.offset));
-        insert.bind(4, location.length);
-        insert.exec();
-    }
-}
-
-void InsertRevision(SqliteStore::Lease& connection, const std::string& guid, const Revision& revision)
-{
-    auto& insert = connection.prepare(
-        "INSERT OR IGNORE INTO revisions(guid, root, manifest, layout) VALUES(?, ?, ?, ?)");
-    insert.bind(1, guid);
-    BindDigest(insert, 2, revision.root);
-    BindBlob(insert, 3, revision.manifest);
-    BindBlob(insert, 4, revision.layout);
-    insert.exec();
-    auto& update =
-        connection.prepare("UPDATE projects SET head = ?, status = 1, revised = unixepoch() WHERE guid = ?");
-    update.bind(1, wire::ToHex(revision.root));
-    update.bind(2, guid);
-    update.exec();
-    connection.countChange();
 }
 
 PieceLocation LocationOf(SQLite::Statement& row)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "server/storage/packs.h"
+#include "server/storage/conversionrecords.h"
 #include "wire/digest.h"
 #include "wire/manifest.h"
 
@@ -37,18 +37,6 @@ struct Session {
     std::int64_t expires = 0; ///< seconds since 1970
 };
 
-/// What an account has to say about a project, and where it belongs.
-struct Project {
-    std::string guid;
-    std::string type; ///< "CIM", "BIM" or "MODEL"
-    std::string name;
-    std::string record; ///< the project's record for the list, a JSON object; empty for a model
-    std::int64_t owner = 0;
-    std::optional<std::int64_t> organisation; ///< everybody of it sees the project
-    bool isDemo = false;                      ///< everybody sees the project
-    std::string parent;                       ///< a model's building project; who sees that sees this
-};
-
 /// How a project stands on the server.
 enum class ProjectStatus { uploadFailed = -1, uploading = 0, normal = 1, converting = 3 };
 
@@ -63,12 +51,6 @@ struct ProjectState {
     ProjectStatus status = ProjectStatus::normal;
     std::string head;         ///< name of the newest revision, empty before the first
     std::int64_t revised = 0; ///< when that became the newest, seconds since 1970; 0 before the first
-};
-
-struct Revision {
-    wire::Digest root;
-    std::string manifest; ///< encoded
-    std::string layout;   ///< encoded
 };
 
 /// An upload that runs: one client at a time has a project, as long as it keeps sending.
@@ -89,18 +71,15 @@ enum class UploadAnswer {
     gone,       ///< the upload has ended
 };
 
-/// What the store remembers of one piece.
-using StoredPiece = std::pair<wire::Digest, PieceLocation>;
-
 /// What became of a ticket.
 enum class TicketUse { good, usedBefore, expired, unknown };
 
 /// What the server remembers. Every operation is whole or not at all, may be called on any thread, waits for
 /// the database and throws std::exception when that fails.
-class Store
+class Store : public ConversionRecords
 {
 public:
-    virtual ~Store() = default;
+    ~Store() override = default;
 
     // Accounts
 

@@ -18,9 +18,14 @@ constexpr int hour = 3600;
 
 AnsweringServer::AnsweringServer()
     : m_store(m_folder.filePath("server.db").toStdString())
-    , m_api(m_store, packs(), {.tokenLife = std::chrono::seconds(hour)})
+    , m_api(m_store, packs(), archives(), {.tokenLife = std::chrono::seconds(hour)})
 {
     std::filesystem::create_directories(packs());
+}
+
+std::filesystem::path AnsweringServer::archives() const
+{
+    return m_folder.filePath("archives").toStdString();
 }
 
 std::filesystem::path AnsweringServer::packs() const

@@ -34,6 +34,7 @@ public:
     [[nodiscard]] server::SqliteStore& store() { return m_store; }
     [[nodiscard]] server::Api& api() { return m_api; }
     [[nodiscard]] std::filesystem::path packs() const;
+    [[nodiscard]] std::filesystem::path archives() const;
 
 private:
     QTemporaryDir m_folder;

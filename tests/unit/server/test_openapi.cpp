@@ -11,6 +11,7 @@
 #include <map>
 #include <memory>
 
+#include <QCryptographicHash>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -21,6 +22,7 @@ namespace
 
 const std::string guid = "5b0f6a52-6c1e-4d0b-9a35-1f1d6b7c0a01";
 const std::string demo = "5b0f6a52-6c1e-4d0b-9a35-1f1d6b7c0a02";
+const std::string kyvMd5 = QCryptographicHash::hash("kyv", QCryptographicHash::Md5).toHex().toStdString();
 constexpr qint64 tooLargeForOneAnswer = (64 << 20) + 1;
 
 QJsonObject ObjectOf(const http::Reply& reply)
@@ -75,10 +77,17 @@ private:
     [[nodiscard]] std::string uploadBody(bool hasPieces, const std::string& base = {}) const;
     /// The body that begins the upload of a new project whose files are told later.
     [[nodiscard]] static std::string aheadBody();
-    /// Path of an upload that runs, of a project of its own.
     [[nodiscard]] std::string begunUpload(const std::string& body) const;
     [[nodiscard]] std::vector<Ask> requestsForUploads() const;
     [[nodiscard]] std::vector<Ask> requestsForCommits() const;
+    /// Path of an archive of three bytes of a project that was begun, with its digest; its bytes have come or
+    /// not.
+    [[nodiscard]] std::string begunArchive(const std::string& project, bool isWhole) const;
+    [[nodiscard]] std::string addedJob(const std::string& project) const;
+    [[nodiscard]] std::string jobBody(const std::string& project, const std::string& md5) const;
+    [[nodiscard]] std::vector<Ask> requestsForArchives() const;
+    [[nodiscard]] std::vector<Ask> requestsForFinishing() const;
+    [[nodiscard]] std::vector<Ask> requestsForJobs() const;
     [[nodiscard]] http::Reply send(const std::string& method, const std::string& path,
                                    const std::string& token, const std::string& body = {},
                                    const std::string& tag = {}) const;
@@ -96,6 +105,7 @@ private:
     std::string m_root;
     wire::FileEntry m_database; ///< of the project, which the server has
     mutable int m_uploads = 0;
+    mutable int m_archives = 0;
 };
 
 void TestOpenApi::initTestCase()
@@ -151,12 +161,19 @@ std::string TestOpenApi::loginOf(const std::string& account) const
 
 std::string TestOpenApi::filled(const std::string& path) const
 {
-    const std::map<std::string, std::string> values{
-        {"{guid}", guid}, {"{root}", m_root}, {"{base}", m_root}, {"{path}", "project.db"}, {"{id}", "any"}};
+    const std::map<std::string, std::string> values{{"{guid}", guid},   {"{root}", m_root},
+                                                    {"{base}", m_root}, {"{path}", "project.db"},
+                                                    {"{id}", "any"},    {"{offset}", "0"}};
     const std::string upload = "/projects/{guid}/uploads/{upload}";
     std::string result = path;
     if (path.starts_with(upload))
         result = begunUpload(uploadBody(true)) + path.substr(upload.size());
+    const std::string archive = "/projects/{guid}/archives/{archive}";
+    if (path.starts_with(archive))
+        result = begunArchive(guid, false) + path.substr(archive.size());
+    const std::string job = "/conversions/{job}";
+    if (path.starts_with(job))
+        result = addedJob(guid) + path.substr(job.size());
     for (const auto& [placeholder, value] : values)
         result = Replaced(result, placeholder, value);
     return result;
@@ -224,6 +241,69 @@ std::vector<TestOpenApi::Ask> TestOpenApi::requestsForCommits() const
     const auto token = m_server->token();
     return {[this, path, token] { return send("POST", path, token); },
             [this, token] { return send("POST", "/projects/new/uploads/unknown/commit", token); }};
+}
+
+std::string TestOpenApi::begunArchive(const std::string& project, bool isWhole) const
+{
+    const auto path = project + "/task-" + std::to_string(++m_archives) + "/a.kyv";
+    const auto begun = send("POST", "/projects/" + project + "/archives", m_server->token(),
+                            R"({"size":3,"path":")" + path + "\"}");
+    const auto id = ObjectOf(begun).value("archive").toString().toStdString();
+    const auto archive = "/projects/" + project + "/archives/" + id;
+    if (isWhole)
+        (void)send("PUT", archive + "/bytes/0", m_server->token(), "kyv");
+    return archive;
+}
+
+std::string TestOpenApi::jobBody(const std::string& project, const std::string& md5) const
+{
+    return R"({"name":"n","oldModelId":"","status":6,"origin":"1","type":"2","projectId":")" + project +
+           R"(","md5":")" + md5 + R"(","path":")" + project + "/task-" + std::to_string(m_archives) +
+           "/a.kyv\"}";
+}
+
+std::string TestOpenApi::addedJob(const std::string& project) const
+{
+    const auto archive = begunArchive(project, true);
+    (void)send("POST", archive + "/finish", m_server->token(), R"({"md5":")" + kyvMd5 + "\"}");
+    const auto added =
+        send("POST", "/projects/" + project + "/conversions", m_server->token(), jobBody(project, kyvMd5));
+    return "/conversions/" + ObjectOf(added).value("id").toString().toStdString();
+}
+
+std::vector<TestOpenApi::Ask> TestOpenApi::requestsForArchives() const
+{
+    const auto path = "/projects/" + guid + "/archives";
+    const auto token = m_server->token();
+    const auto body = R"({"size":3,"path":")" + guid + "/a/a.kyv\"}";
+    const auto large = R"({"size":17179869185,"path":")" + guid + "/a/a.kyv\"}";
+    return {[this, path, token, body] { return send("POST", path, token, body); },
+            [this, path, token, large] { return send("POST", path, token, large); },
+            [this, body] { return send("POST", "/projects/" + demo + "/archives", m_stranger, body); }};
+}
+
+std::vector<TestOpenApi::Ask> TestOpenApi::requestsForFinishing() const
+{
+    const auto whole = begunArchive(guid, true) + "/finish";
+    const auto half = begunArchive(guid, false) + "/finish";
+    const auto ofDemo = begunArchive(demo, true) + "/finish";
+    const auto token = m_server->token();
+    const auto body = R"({"md5":")" + kyvMd5 + "\"}";
+    return {[this, whole, token, body] { return send("POST", whole, token, body); },
+            [this, half, token, body] { return send("POST", half, token, body); },
+            [this, ofDemo, body] { return send("POST", ofDemo, m_stranger, body); }};
+}
+
+std::vector<TestOpenApi::Ask> TestOpenApi::requestsForJobs() const
+{
+    const auto path = "/projects/" + guid + "/conversions";
+    const auto token = m_server->token();
+    (void)send("POST", begunArchive(guid, true) + "/finish", token, R"({"md5":")" + kyvMd5 + "\"}");
+    const auto other = jobBody(guid, std::string(32, '0'));
+    const auto body = jobBody(guid, kyvMd5);
+    return {[this, path, token, other] { return send("POST", path, token, other); },
+            [this, path, token, body] { return send("POST", path, token, body); },
+            [this] { return send("POST", "/projects/" + demo + "/conversions", m_stranger, "{}"); }};
 }
 
 http::Reply TestOpenApi::sendLogin(const std::string& body) const
@@ -303,6 +383,26 @@ std::vector<TestOpenApi::Ask> TestOpenApi::requestsOf(const Operation& operation
          }},
         {"DELETE /projects/{guid}/uploads/{upload}",
          [&] { return std::vector{ask(token, {}, "upload-", "other-")}; }},
+        {"POST /projects/{guid}/archives", [&] { return requestsForArchives(); }},
+        {"PUT /projects/{guid}/archives/{archive}/bytes/{offset}",
+         [&] {
+             const auto ofDemo = begunArchive(demo, false) + "/bytes/0";
+             return std::vector<Ask>{ask(token, "kyv"), ask(token, "kyv", "bytes/0", "bytes/2"),
+                                     [this, ofDemo] { return send("PUT", ofDemo, m_stranger, "kyv"); }};
+         }},
+        {"POST /projects/{guid}/archives/{archive}/finish", [&] { return requestsForFinishing(); }},
+        {"POST /projects/{guid}/conversions", [&] { return requestsForJobs(); }},
+        {"DELETE /conversions/{job}",
+         [&] {
+             const auto ofDemo = addedJob(demo);
+             return std::vector<Ask>{[this, ofDemo] { return send("DELETE", ofDemo, m_stranger); },
+                                     [this, token] { return send("DELETE", "/conversions/unknown", token); }};
+         }},
+        {"GET /conversions/{job}/progress",
+         [&] {
+             return std::vector<Ask>{
+                 [this, token] { return send("GET", "/conversions/unknown/progress", token); }};
+         }},
         {"GET /projects/{guid}/files/{path}",
          [&] { return std::vector{ask(token, {}, "project.db", "large")}; }},
     };

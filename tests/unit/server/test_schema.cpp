@@ -65,13 +65,16 @@ void TestSchema::databaseOfTheFirstVersionIsUpgraded()
         store.commitRevision("revised", {.root = wire::DigestOf("1"), .manifest = "m", .layout = "l"}, {});
     }
     // What the first version did not have.
-    Run(file, "DROP TABLE uploads; DROP TABLE browsers; DROP TABLE tickets; ALTER TABLE projects DROP COLUMN "
+    Run(file, "DROP TABLE conversion_failures; DROP TABLE jobs; DROP TABLE archives; DROP TABLE uploads; "
+              "DROP TABLE browsers; DROP TABLE tickets; ALTER TABLE projects DROP COLUMN "
               "revised;"
               "UPDATE revisions SET made = 1700000000; PRAGMA user_version = 1;");
 
     server::SqliteStore store(file);
     QCOMPARE(store.findProject(owner, "revised").value().second.revised, std::int64_t{1700000000});
     QCOMPARE(store.findProject(owner, "empty").value().second.revised, std::int64_t{0});
+    QVERIFY(store.jobsOf("revised").empty());
+    QVERIFY(store.failuresOf("revised").empty());
     QCOMPARE(store.findSession(server::TokenName("token"), std::time(nullptr)).value().name,
              std::string("wang"));
     store.addTicket(server::TokenName("t"), server::TokenName("token"), std::time(nullptr) + 60);

@@ -47,9 +47,11 @@ void RealServer::start()
     const QString portFile = m_folder.filePath("port");
     QFile::remove(portFile);
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_process.start(m_program,
-                    QStringList{"--data", m_folder.path(), "--listen", m_listen, "--port-file", portFile} +
-                        m_options);
+    QStringList arguments{"--data", m_folder.path(), "--listen", m_listen, "--port-file", portFile};
+    // Most tests convert nothing.
+    if (!m_options.contains("--workers"))
+        arguments += {"--workers", "0"};
+    m_process.start(m_program, arguments + m_options);
     QElapsedTimer timer;
     timer.start();
     while (!QFile::exists(portFile) && timer.elapsed() < startMilliseconds)
