@@ -36,6 +36,11 @@ private slots:
     void whatAKilledConversionLeftBehindGoesWithTheNext();
     void modeMakesCoarserLevels();
     void unknownModeIsRefused();
+    void sourceThatWasConvertedBeforeIsTakenFromTheCache();
+
+    void packedModelConvertsLikeItsSource();
+    void sourceThatCannotBePackedIsToldAndLeavesNothing();
+    void archiveThatCannotBeMadeIsTold();
 
 private:
     struct Run {
@@ -43,7 +48,8 @@ private:
         QString out;
         QString error; ///< that the last line tells
     };
-    [[nodiscard]] static Run run(const QStringList& arguments);
+    [[nodiscard]] static Run run(const QStringList& arguments,
+                                 const QString& program = QStringLiteral(TORVO_CONVERTER));
     [[nodiscard]] QString path(const char* name) const { return m_folder->filePath(name); }
     [[nodiscard]] QJsonObject facts() const;
 
@@ -56,10 +62,10 @@ void TestConverter::init()
     QVERIFY(gltf::WriteModel(House(), path("house.glb").toStdString(), "test"));
 }
 
-TestConverter::Run TestConverter::run(const QStringList& arguments)
+TestConverter::Run TestConverter::run(const QStringList& arguments, const QString& program)
 {
     QProcess converter;
-    converter.start(QStringLiteral(TORVO_CONVERTER), arguments);
+    converter.start(program, arguments);
     if (!converter.waitForFinished(60000) || converter.exitStatus() != QProcess::NormalExit)
         return {-1, {}, converter.errorString()};
     const auto out = converter.readAllStandardOutput();
@@ -218,6 +224,52 @@ void TestConverter::modeMakesCoarserLevels()
 void TestConverter::unknownModeIsRefused()
 {
     QCOMPARE(run({"--mode", "2", path("house.glb"), path("model")}).exitCode, 2);
+}
+
+void TestConverter::sourceThatWasConvertedBeforeIsTakenFromTheCache()
+{
+    QCOMPARE(run({"--cache", path("cache"), path("house.glb"), path("model")}).exitCode, 0);
+    const auto kept = QDir(path("cache")).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    QCOMPARE(kept.size(), 1);
+    QFile floors(path("cache") + '/' + kept.first() + "/floors.json");
+    QVERIFY(floors.open(QIODevice::WriteOnly) && floors.write("[]") == 2);
+    floors.close();
+    const auto done = run({"--cache", path("cache"), "--name", "again", path("house.glb"), path("second")});
+    QCOMPARE(done.exitCode, 0);
+    QFile taken(path("second/floors.json"));
+    QVERIFY(taken.open(QIODevice::ReadOnly));
+    QCOMPARE(taken.readAll(), QByteArray("[]"));
+}
+
+void TestConverter::packedModelConvertsLikeItsSource()
+{
+    const auto packed = run({path("house.glb"), path("house.kyv")}, TORVO_PACKER);
+    QCOMPARE(packed.error, QString());
+    QCOMPARE(packed.exitCode, 0);
+    QCOMPARE(run({path("house.kyv"), path("model")}).exitCode, 0);
+    QCOMPARE(facts().value("name").toString(), QStringLiteral("house"));
+    const auto read = gltf::ReadModel(path("model/model.glb").toStdString());
+    QCOMPARE(ReasonOf(read), QString());
+    QCOMPARE(Surfaces(std::get<gltf::Model>(read)), Surfaces(House()));
+    QCOMPARE(QDir(m_folder->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+             QStringList({"house.glb", "house.kyv", "model"}));
+}
+
+void TestConverter::sourceThatCannotBePackedIsToldAndLeavesNothing()
+{
+    QVERIFY(QFile::resize(path("house.glb"), 300));
+    const auto done = run({path("house.glb"), path("house.kyv")}, TORVO_PACKER);
+    QCOMPARE(done.exitCode, 3);
+    QVERIFY(done.error.startsWith("the file cannot be read: "));
+    QCOMPARE(QDir(m_folder->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+             QStringList{"house.glb"});
+}
+
+void TestConverter::archiveThatCannotBeMadeIsTold()
+{
+    const auto done = run({path("house.glb"), path("house.glb/house.kyv")}, TORVO_PACKER);
+    QCOMPARE(done.exitCode, 4);
+    QVERIFY(done.error.contains("cannot be made"));
 }
 
 QTEST_GUILESS_MAIN(TestConverter)
