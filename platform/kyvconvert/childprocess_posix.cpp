@@ -61,6 +61,7 @@ void HandOverLines(int input, const std::function<void(std::string_view)>& onLin
 int RunChild(const std::vector<std::string>& command, const std::function<void(std::string_view)>& onLine)
 {
     std::vector<char*> arguments;
+    arguments.reserve(command.size() + 1);
     for (const auto& argument : command)
         arguments.push_back(const_cast<char*>(argument.c_str()));
     arguments.push_back(nullptr);

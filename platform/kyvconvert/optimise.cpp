@@ -21,7 +21,7 @@ using gltf::Vector3;
 using gltf::Vertex;
 
 constexpr float overdrawPrice = 1.05F;
-constexpr std::size_t smallestToSimplify = 64 * 3;
+constexpr std::size_t smallestToSimplify = 64UL * 3;
 constexpr double leastGain = 0.8; ///< a level that is hardly smaller than the one before it is none
 
 /// How a level comes out of the finest one.
@@ -112,7 +112,8 @@ struct Surface {
                 corners.push_back(indices[i]);
         }
         Indices result(indices.size());
-        const auto aim = static_cast<std::size_t>(level.share * static_cast<float>(indices.size() / 3)) * 3;
+        const std::size_t triangles = indices.size() / 3;
+        const auto aim = static_cast<std::size_t>(level.share * static_cast<float>(triangles)) * 3;
         result.resize(meshopt_simplify(result.data(), places.data(), places.size(), positions(),
                                        vertices.size(), sizeof(Vertex), aim, level.deviation, 0, nullptr));
         if (level.isFarAway &&
@@ -244,11 +245,13 @@ private:
             return static_cast<double>(size);
         };
         std::vector<Indices> before;
+        before.reserve(placed.size());
         for (const auto& each : placed)
             before.push_back(each.surface.indices);
         unsigned number = 0;
         for (const auto& level : LevelsOf(m_mode)) {
             std::vector<Indices> simple;
+            simple.reserve(placed.size());
             for (const auto& each : placed)
                 simple.push_back(each.surface.simplified(level));
             if (sizeOf(simple) > leastGain * sizeOf(before))

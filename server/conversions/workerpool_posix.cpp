@@ -44,6 +44,7 @@ WorkerPool::~WorkerPool()
 int WorkerPool::start() const
 {
     std::vector<char*> arguments;
+    arguments.reserve(m_command.size() + 1);
     for (const auto& argument : m_command)
         arguments.push_back(const_cast<char*>(argument.c_str()));
     arguments.push_back(nullptr);

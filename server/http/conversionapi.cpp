@@ -18,8 +18,8 @@ namespace
 using nlohmann::json;
 
 constexpr std::size_t idLength = 32;
-constexpr std::int64_t archiveLife = 24 * 3600;
-constexpr std::int64_t doneJobLife = 7 * 24 * 3600;
+constexpr std::int64_t archiveLife = 24LL * 3600;
+constexpr std::int64_t doneJobLife = 7 * archiveLife;
 constexpr int mostAttempts = 3; ///< the first one, and twice again
 
 std::int64_t Now()

@@ -34,6 +34,7 @@ public:
     explicit Converter(const std::vector<std::string>& command)
     {
         std::vector<char*> arguments;
+        arguments.reserve(command.size() + 1);
         for (const auto& argument : command)
             arguments.push_back(const_cast<char*>(argument.c_str()));
         arguments.push_back(nullptr);
