@@ -33,6 +33,7 @@ Check::Check(const QString& shots, pid_t server)
     : m_shots(shots)
     , m_server(server)
     , m_card(m_session.desktop(), m_session.home())
+    , m_conversions(m_session.desktop(), m_session.home())
 {
 }
 
@@ -50,6 +51,8 @@ bool Check::run()
            take("colleague updated", &Check::updateColleague) &&
            take("updated", &Check::updateFromColleague) && take("conflict", &Check::makeConflict) &&
            take("forced", &Check::forceUpload) && take("removed", &Check::removeNewProject) &&
+           take("archive sent", &Check::sendArchive) && take("converted", &Check::awaitConversion) &&
+           take("model arrived", &Check::openWithNewModel) && take("closed again", &Check::closeProject) &&
            take("card of a building", &Check::openCardOfHouse) && take("deleted", &Check::deleteHouse) &&
            take("card from the server", &Check::openCardFromServer);
 }
@@ -250,6 +253,31 @@ bool Check::forceUpload()
 bool Check::removeNewProject()
 {
     return m_session.removeFromList(m_created) && HomeScreen::projectsInTree().contains(m_created);
+}
+
+bool Check::sendArchive()
+{
+    const auto models = road::ModelsHere();
+    const QString archive = m_folder.filePath(QStringLiteral("annex.kyv"));
+    m_models = models.size();
+    return !models.isEmpty() && road::PackModel(models.first(), archive) &&
+           m_conversions.openFor(road::house) && m_conversions.send(archive) &&
+           WaitFor([] { return road::Conversions::stateOf(QStringLiteral("annex")) >= road::converted; });
+}
+
+bool Check::awaitConversion()
+{
+    constexpr int longest = 120000;
+    return WaitFor([] { return road::Conversions::stateOf(QStringLiteral("annex")) == road::converted; },
+                   longest);
+}
+
+bool Check::openWithNewModel()
+{
+    return m_conversions.close() &&
+           WaitFor([] { return HomeScreen::stateOf(road::house) == road::changedThere; }) &&
+           m_session.update(road::house) && road::ModelsHere().size() == m_models + 1 &&
+           m_session.open(road::house);
 }
 
 bool Check::openCardOfHouse()

@@ -2,12 +2,14 @@
 #pragma once
 
 #include "road/colleague.h"
+#include "road/conversions.h"
 #include "road/infocard.h"
 #include "road/session.h"
 
 #include <memory>
 
 #include <QString>
+#include <QTemporaryDir>
 
 #include <sys/types.h>
 
@@ -53,6 +55,9 @@ private:
     [[nodiscard]] bool makeConflict();
     [[nodiscard]] bool forceUpload();
     [[nodiscard]] bool removeNewProject();
+    [[nodiscard]] bool sendArchive();
+    [[nodiscard]] bool awaitConversion();
+    [[nodiscard]] bool openWithNewModel();
     [[nodiscard]] bool openCardOfHouse();
     [[nodiscard]] bool deleteHouse();
     [[nodiscard]] bool openCardFromServer();
@@ -65,6 +70,9 @@ private:
     int m_number = 0;
     road::Session m_session;
     road::InfoCard m_card;
+    road::Conversions m_conversions;
+    QTemporaryDir m_folder;
+    int m_models = 0; ///< that were here before one more was sent
     std::unique_ptr<road::Colleague> m_colleague;
     QString m_created; ///< guid of the project that was made
 };
