@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "scriptedserver.h"
 
+#include <algorithm>
 #include <chrono>
 #include <stdexcept>
 #include <string_view>
@@ -128,13 +129,14 @@ void ScriptedServer::serveConnection(int connection)
 
 void ScriptedServer::send(int connection, const Answer& answer) const
 {
-    if (answer.millisecondsBetweenBytes == 0) {
+    if (answer.millisecondsBetweenPieces == 0) {
         ::send(connection, answer.bytes.data(), answer.bytes.size(), MSG_NOSIGNAL);
     } else {
-        for (std::size_t i = 0; i < answer.bytes.size() && !m_isStopped; ++i) {
-            if (::send(connection, answer.bytes.data() + i, 1, MSG_NOSIGNAL) != 1)
+        for (std::size_t i = 0; i < answer.bytes.size() && !m_isStopped; i += answer.pieceSize) {
+            const auto size = std::min(answer.pieceSize, answer.bytes.size() - i);
+            if (::send(connection, answer.bytes.data() + i, size, MSG_NOSIGNAL) < 0)
                 break;
-            std::this_thread::sleep_for(std::chrono::milliseconds(answer.millisecondsBetweenBytes));
+            std::this_thread::sleep_for(std::chrono::milliseconds(answer.millisecondsBetweenPieces));
         }
     }
     while (answer.neverEnds && !m_isStopped)

@@ -14,10 +14,11 @@ class ScriptedServer
 {
 public:
     struct Answer {
-        std::string bytes;                ///< the whole answer, status line and header included
-        int millisecondsBetweenBytes = 0; ///< 0: all at once
-        bool neverEnds = false;           ///< the connection stays open after the last byte
-        bool takesTheNext = false;        ///< the next request may come on the same connection
+        std::string bytes;                 ///< the whole answer, status line and header included
+        int millisecondsBetweenPieces = 0; ///< 0: all at once
+        bool neverEnds = false;            ///< the connection stays open after the last byte
+        bool takesTheNext = false;         ///< the next request may come on the same connection
+        std::size_t pieceSize = 1;         ///< bytes
     };
     using Script = std::function<Answer(const std::string& path)>;
 
