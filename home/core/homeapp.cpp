@@ -6,6 +6,7 @@
 #include "ZRSmartDB/zrdatabase.h"
 #include "ZRSmartDB/zrdbdirector.h"
 #include "ZRSmartDB/zrdbnetaccess.h"
+#include "convert/floorinfomgr.h"
 #include "convert/serviceconvertmgr.h"
 #include "core/messageboxmgr.h"
 #include "project/localprojectinfomgr.h"
@@ -58,6 +59,7 @@ const std::vector<MgrRow>& MgrTable()
         Row<CMessageBoxMgr>({5, 7}),
         Row<CWebSDKMgr>({5, 4}),
         Row<CServiceConvertMgr>({6, 1}),
+        Row<CFloorInfoMgr>({5, 3}),
     };
     // clang-format on
     return table;

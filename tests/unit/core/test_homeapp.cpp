@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/homeapp.h"
 
+#include "convert/floorinfomgr.h"
 #include "convert/serviceconvertmgr.h"
 #include "core/messageboxmgr.h"
 #include "fakes/fakekyvapi.h"
@@ -42,8 +43,9 @@ std::vector<std::type_index> VisitedTypes()
 
 const std::vector<std::type_index> visitOrder = {
     typeid(CProjectMgr),         typeid(CLocalProjectInfoMgr), typeid(CTabMgr),
-    typeid(CInfoCardController), typeid(CWebSDKMgr),           typeid(CGridViewController),
-    typeid(CEditorControl),      typeid(CMessageBoxMgr),       typeid(CServiceConvertMgr),
+    typeid(CInfoCardController), typeid(CFloorInfoMgr),        typeid(CWebSDKMgr),
+    typeid(CGridViewController), typeid(CEditorControl),       typeid(CMessageBoxMgr),
+    typeid(CServiceConvertMgr),
 };
 
 QString PropertyOf(const char* name)
@@ -244,6 +246,7 @@ void TestHomeApp::getMgrFindsEachManager()
     QVERIFY(App().GetMgr<CMessageBoxMgr>() != nullptr);
     QVERIFY(App().GetMgr<CWebSDKMgr>() != nullptr);
     QVERIFY(App().GetMgr<CServiceConvertMgr>() != nullptr);
+    QVERIFY(App().GetMgr<CFloorInfoMgr>() != nullptr);
     // The cast of a manager with several bases must not be off.
     QCOMPARE(App().GetMgr<CTabMgr>()->metaObject(), &CTabMgr::staticMetaObject);
     QCOMPARE(App().GetMgr<CMessageBoxMgr>()->metaObject(), &CMessageBoxMgr::staticMetaObject);
@@ -322,7 +325,7 @@ void TestHomeApp::unInitRunsAllBodiesBeforeAnyManagerIsDestroyed()
     });
     App().UnInit();
     QCOMPARE(Fakes::Calls().filter(QRegExp("FreeIDBDirector|tab gone|~")),
-             QStringList({"FreeIDBDirector()", "tab gone, managers: 9", "~CServiceConvertMgr"}));
+             QStringList({"FreeIDBDirector()", "tab gone, managers: 10", "~CServiceConvertMgr"}));
 }
 
 void TestHomeApp::secondInitReplacesTheManagersWithoutTheirUnInit()
