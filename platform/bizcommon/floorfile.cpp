@@ -123,6 +123,10 @@ QList<TFloorRec> FloorFile::read() const
 
 void FloorFile::write(const QList<TFloorRec>& floors) const
 {
+    if (m_path.isEmpty()) {
+        qCWarning(bizcommonLog) << "no floors can be stored for" << m_bimGuid;
+        return;
+    }
     QJsonArray list;
     for (const auto& floor : floors)
         list.append(ObjectOf(floor));

@@ -9,7 +9,7 @@ namespace wire
 
 bool IsProjectFile(std::string_view path)
 {
-    constexpr std::array<std::string_view, 4> leftOut = {"-wal", "-shm", "-journal", ".tmp"};
+    constexpr std::array<std::string_view, 5> leftOut = {"-wal", "-shm", "-journal", ".tmp", ".damaged"};
     constexpr std::array memory = {syncStateName, syncManifestName, attemptStateName, attemptManifestName};
     return std::find(memory.begin(), memory.end(), path) == memory.end() &&
            std::none_of(leftOut.begin(), leftOut.end(), [&](auto ending) { return path.ends_with(ending); });

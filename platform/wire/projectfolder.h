@@ -21,7 +21,7 @@ inline constexpr std::string_view attemptStateName = "attempt.json";
 inline constexpr std::string_view attemptManifestName = "attempt.manifest";
 
 /// Whether a file of a project's folder belongs to its revisions: not the client's memory of the server, not
-/// what SQLite keeps beside a database, not half-written files.
+/// what SQLite keeps beside a database, not half-written files, not damaged ones that were kept aside.
 [[nodiscard]] bool IsProjectFile(std::string_view path);
 
 /// The paths of the files of a project's folder that belong to its revisions, ascending by their bytes, with

@@ -2,6 +2,7 @@
 #include "fakes/fakefloorinfo.h"
 
 #include "fakes/calls.h"
+#include "fakes/floortexts.h"
 
 namespace Fakes
 {
@@ -25,22 +26,6 @@ Floors& FloorsOf(const QString& bimGuid)
 void ForgetFloors()
 {
     AllFloors().clear();
-}
-
-QString TextOf(const BIZCOMMON::FLOORINFO::TFloorRec& floor)
-{
-    auto text = floor.floorName;
-    for (auto model = floor.mapping.begin(); model != floor.mapping.end(); ++model)
-        text += QStringLiteral(" %1:%2").arg(model.key(), model->join(QLatin1Char(',')));
-    return text;
-}
-
-QStringList TextsOf(const QList<BIZCOMMON::FLOORINFO::TFloorRec>& floors)
-{
-    QStringList texts;
-    for (const auto& floor : floors)
-        texts.append(TextOf(floor));
-    return texts;
 }
 
 } // namespace Fakes

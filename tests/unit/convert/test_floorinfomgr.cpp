@@ -4,6 +4,7 @@
 #include "core/filefunctions.h"
 #include "fakes/calls.h"
 #include "fakes/fakefloorinfo.h"
+#include "fakes/floortexts.h"
 
 #include <memory>
 

@@ -28,6 +28,8 @@ void TestProjectFolder::fileBelongsToAProjectOrNot_data()
     QTest::newRow("in a folder") << QByteArray("a/b.glb") << true;
     QTest::newRow("what SQLite keeps") << QByteArray("project.db-wal") << false;
     QTest::newRow("its index") << QByteArray("project.db-shm") << false;
+    QTest::newRow("half-written") << QByteArray("floors.json.tmp") << false;
+    QTest::newRow("damaged") << QByteArray("floors.json.damaged") << false;
     QTest::newRow("memory of the server") << QByteArray("sync.json") << false;
 }
 
