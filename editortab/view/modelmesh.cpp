@@ -56,7 +56,8 @@ void ModelMesh::drawPart(QOpenGLFunctions& gl, const gltf::Part& part) const
 {
     const auto* offset =
         reinterpret_cast<const void*>(static_cast<std::uintptr_t>(part.firstIndex) * sizeof(std::uint32_t));
-    gl.glDrawElements(GL_TRIANGLES, static_cast<GLsizei>(part.indexCount), GL_UNSIGNED_INT, offset);
+    gl.glDrawElements(part.isLines ? GL_LINES : GL_TRIANGLES, static_cast<GLsizei>(part.indexCount),
+                      GL_UNSIGNED_INT, offset);
 }
 
 void ModelMesh::draw(QOpenGLShaderProgram& program, QOpenGLFunctions& gl, bool isOpaquePass)
@@ -68,6 +69,7 @@ void ModelMesh::draw(QOpenGLShaderProgram& program, QOpenGLFunctions& gl, bool i
             continue;
         program.setUniformValue("color", part.color[0], part.color[1], part.color[2], part.color[3]);
         program.setUniformValue("highlight", isBelow(part.node, m_selected) ? 1.0F : 0.0F);
+        program.setUniformValue("lit", part.isLines ? 0.0F : 1.0F);
         drawPart(gl, part);
     }
     m_array.release();

@@ -25,8 +25,8 @@ public:
     void upload(QOpenGLShaderProgram& program);
     void release();
 
-    /// Draws what is seen: the opaque parts, or the others. The program needs the uniforms "color" and
-    /// "highlight".
+    /// Draws what is seen: the opaque parts, or the others. The program needs the uniforms "color",
+    /// "highlight" and "lit".
     void draw(QOpenGLShaderProgram& program, QOpenGLFunctions& gl, bool isOpaquePass);
 
     /// Draws every part that is seen in a colour of its own, so that a pixel tells the part: `firstId` plus

@@ -37,17 +37,19 @@ in vec3 worldPosition;
 uniform vec4 color;
 uniform vec3 eye;
 uniform float highlight;
+uniform float lit;
 out vec4 pixel;
 void main() {
-    vec3 n = normalize(worldNormal);
+    // Lines have no normal.
+    vec3 n = lit > 0.5 ? normalize(worldNormal) : vec3(0.0);
     vec3 v = normalize(eye - worldPosition);
     if (dot(n, v) < 0.0) n = -n;
     float light = 0.42 + 0.50 * max(0.0, dot(n, normalize(vec3(0.42, 0.78, 0.46))))
                 + 0.14 * max(0.0, dot(n, normalize(vec3(-0.70, 0.25, 0.35)))) + 0.08 * max(0.0, n.y)
                 + 0.08 * max(0.0, dot(n, v));
-    vec3 lit = pow(min(color.rgb * light, vec3(1.0)), vec3(1.0 / 2.2));
-    vec3 marked = mix(lit, vec3(0.08, 0.55, 1.0), 0.55);
-    pixel = vec4(mix(lit, marked, highlight), color.a);
+    vec3 plain = pow(min(color.rgb * mix(1.0, light, lit), vec3(1.0)), vec3(1.0 / 2.2));
+    vec3 marked = mix(plain, vec3(0.08, 0.55, 1.0), mix(0.95, 0.55, lit));
+    pixel = vec4(mix(plain, marked, highlight), color.a);
 })";
 
 const char* const idFragmentShader = R"(#version 150

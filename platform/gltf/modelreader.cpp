@@ -247,8 +247,10 @@ private:
         if (static_cast<std::size_t>(index) >= m_source.meshes.size())
             throw Problem("its tree points to a mesh that is not there");
         for (const auto& primitive : m_source.meshes[static_cast<std::size_t>(index)].primitives) {
-            // Points and lines are no surfaces; mode -1 is how the library says "triangles" by default.
-            if (primitive.mode == TINYGLTF_MODE_TRIANGLES || primitive.mode == -1)
+            // Points, and strips of anything, are not drawn; mode -1 is how the library says "triangles" by
+            // default.
+            if (primitive.mode == TINYGLTF_MODE_TRIANGLES || primitive.mode == TINYGLTF_MODE_LINE ||
+                primitive.mode == -1)
                 takePrimitive(primitive, node, matrix);
         }
     }
@@ -271,24 +273,27 @@ private:
         }
         Part part;
         part.node = node;
+        part.isLines = primitive.mode == TINYGLTF_MODE_LINE;
         part.firstIndex = static_cast<std::uint32_t>(m_model.indices.size());
-        takeIndices(primitive, first, static_cast<std::uint32_t>(positions.count));
+        takeIndices(primitive, first, static_cast<std::uint32_t>(positions.count), part.cornersPerPiece());
         part.indexCount = static_cast<std::uint32_t>(m_model.indices.size()) - part.firstIndex;
-        takeNormals(primitive, first, positions.count, part, matrix);
+        if (!part.isLines)
+            takeNormals(primitive, first, positions.count, part, matrix);
         takeMaterial(primitive.material, part);
         if (part.indexCount > 0)
             m_model.parts.push_back(part);
     }
 
-    void takeIndices(const tinygltf::Primitive& primitive, std::uint32_t first, std::uint32_t vertexCount)
+    void takeIndices(const tinygltf::Primitive& primitive, std::uint32_t first, std::uint32_t vertexCount,
+                     std::uint32_t cornersPerPiece)
     {
         if (primitive.indices < 0) {
-            for (std::uint32_t i = 0; i < vertexCount - vertexCount % 3; ++i)
+            for (std::uint32_t i = 0; i < vertexCount - vertexCount % cornersPerPiece; ++i)
                 m_model.indices.push_back(first + i);
             return;
         }
         const auto elements = ElementsOf(m_source, primitive.indices, TINYGLTF_TYPE_SCALAR);
-        for (std::size_t i = 0; i < elements.count - elements.count % 3; ++i) {
+        for (std::size_t i = 0; i < elements.count - elements.count % cornersPerPiece; ++i) {
             const auto index = IndexAt(elements, i);
             if (index >= vertexCount)
                 throw Problem("its triangles have corners that are not there");

@@ -170,14 +170,16 @@ private:
         const std::size_t offset = *low * sizeof(Vector3);
         const std::size_t count = *high - *low + 1;
         tinygltf::Primitive primitive;
-        primitive.mode = TINYGLTF_MODE_TRIANGLES;
+        primitive.mode = part.isLines ? TINYGLTF_MODE_LINE : TINYGLTF_MODE_TRIANGLES;
         primitive.material = materialOf(part);
         const int position =
             addAccessor(m_positions, offset, count, TINYGLTF_TYPE_VEC3, TINYGLTF_COMPONENT_TYPE_FLOAT);
         setBounds(m_target.accessors.back(), *low, count);
         primitive.attributes["POSITION"] = position;
-        primitive.attributes["NORMAL"] =
-            addAccessor(m_normals, offset, count, TINYGLTF_TYPE_VEC3, TINYGLTF_COMPONENT_TYPE_FLOAT);
+        // Without normals the format has lines drawn in their plain colour.
+        if (!part.isLines)
+            primitive.attributes["NORMAL"] =
+                addAccessor(m_normals, offset, count, TINYGLTF_TYPE_VEC3, TINYGLTF_COMPONENT_TYPE_FLOAT);
         primitive.indices = addIndices(indices, count);
 
         auto& node = m_target.nodes[nodeIndex];

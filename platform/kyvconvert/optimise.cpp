@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <map>
 #include <span>
+#include <tuple>
 #include <unordered_map>
 #include <utility>
 
@@ -50,7 +51,7 @@ std::span<const Level> LevelsOf(Mode mode)
 constexpr Level finestForPerformance{0.5F, 0.01F, 1.0, false};
 
 using Indices = std::vector<std::uint32_t>;
-using Look = std::pair<std::array<float, 4>, bool>;
+using Look = std::tuple<std::array<float, 4>, bool, bool>; ///< colour, both sides, lines
 
 /// As long as the triangle's area, twice.
 std::array<double, 3> AreaNormal(const Vector3& a, const Vector3& b, const Vector3& c)
@@ -60,15 +61,19 @@ std::array<double, 3> AreaNormal(const Vector3& a, const Vector3& b, const Vecto
     return {u[1] * v[2] - u[2] * v[1], u[2] * v[0] - u[0] * v[2], u[0] * v[1] - u[1] * v[0]};
 }
 
-/// The surface of one look of one component.
+/// The surface of one look of one component, or its lines. These stay as they are at every level: they are
+/// cheap, and a drawing of which some are missing is a wrong one.
 struct Surface {
     std::vector<Vertex> vertices;
     Indices indices;
+    bool isLines = false;
 
     [[nodiscard]] const float* positions() const { return vertices.front().position.data(); }
 
     void shareCorners()
     {
+        if (isLines)
+            return;
         Indices remap(vertices.size());
         const auto count = meshopt_generateVertexRemap(remap.data(), indices.data(), indices.size(),
                                                        vertices.data(), vertices.size(), sizeof(Vertex));
@@ -79,18 +84,27 @@ struct Surface {
         vertices = std::move(shared);
     }
 
-    /// Gives how many triangles had none.
-    std::size_t dropTrianglesWithoutArea()
+    [[nodiscard]] bool isNothing(std::size_t first) const
     {
+        const auto& at = vertices[indices[first]].position;
+        const auto& next = vertices[indices[first + 1]].position;
+        return isLines
+                   ? at == next
+                   : AreaNormal(at, next, vertices[indices[first + 2]].position) == std::array<double, 3>{};
+    }
+
+    /// Leaves out triangles without area and lines without length. Gives how many there were.
+    std::size_t dropWhatIsNothing()
+    {
+        const std::size_t step = isLines ? 2 : 3;
         std::size_t kept = 0;
-        for (std::size_t i = 0; i + 2 < indices.size(); i += 3) {
-            if (AreaNormal(vertices[indices[i]].position, vertices[indices[i + 1]].position,
-                           vertices[indices[i + 2]].position) == std::array<double, 3>{})
+        for (std::size_t i = 0; i + step <= indices.size(); i += step) {
+            if (isNothing(i))
                 continue;
-            for (std::size_t corner = 0; corner < 3; ++corner)
+            for (std::size_t corner = 0; corner < step; ++corner)
                 indices[kept++] = indices[i + corner];
         }
-        const auto dropped = (indices.size() - kept) / 3;
+        const auto dropped = (indices.size() - kept) / step;
         indices.resize(kept);
         return dropped;
     }
@@ -98,7 +112,7 @@ struct Surface {
     /// Itself, when it is too small or nothing would be left.
     [[nodiscard]] Indices simplified(const Level& level) const
     {
-        if (indices.size() < smallestToSimplify)
+        if (isLines || indices.size() < smallestToSimplify)
             return indices;
         // Along a hard edge each side has corners of its own, which hold the simplification up: it is done on
         // the places alone.
@@ -150,6 +164,8 @@ struct Surface {
 
     void order()
     {
+        if (isLines)
+            return;
         meshopt_optimizeVertexCache(indices.data(), indices.data(), indices.size(), vertices.size());
         meshopt_optimizeOverdraw(indices.data(), Indices(indices).data(), indices.size(), positions(),
                                  vertices.size(), sizeof(Vertex), overdrawPrice);
@@ -176,12 +192,12 @@ public:
         }
     }
 
-    /// Gives how many triangles were left out.
-    std::size_t run()
+    /// Counts what it leaves out.
+    void run(Dropped& dropped)
     {
         std::map<std::uint32_t, std::map<Look, std::vector<const Part*>>> nodes;
         for (const auto& part : m_from.parts)
-            nodes[part.node][{part.color, part.isDoubleSided}].push_back(&part);
+            nodes[part.node][{part.color, part.isDoubleSided, part.isLines}].push_back(&part);
         for (const auto& [node, looks] : nodes) {
             std::vector<Placed> placed;
             for (const auto& [look, parts] : looks)
@@ -190,13 +206,15 @@ public:
                 putLevels(placed);
         }
         m_from = std::move(m_to);
-        return m_dropped;
+        dropped.triangles += m_triangles;
+        dropped.primitives += m_lines;
     }
 
 private:
     [[nodiscard]] Surface gather(const std::vector<const Part*>& parts) const
     {
         Surface surface;
+        surface.isLines = parts.front()->isLines;
         std::unordered_map<std::uint32_t, std::uint32_t> known;
         for (const auto* part : parts) {
             for (std::uint32_t i = 0; i < part->indexCount; ++i) {
@@ -221,7 +239,7 @@ private:
     void put(Surface surface, const Part& look, std::vector<Placed>& placed)
     {
         surface.shareCorners();
-        m_dropped += surface.dropTrianglesWithoutArea();
+        (surface.isLines ? m_lines : m_triangles) += surface.dropWhatIsNothing();
         if (surface.indices.empty())
             return;
         if (m_mode == Mode::performanceFirst)
@@ -258,8 +276,9 @@ private:
                 continue;
             ++number;
             for (std::size_t i = 0; i < placed.size(); ++i) {
-                meshopt_optimizeVertexCache(simple[i].data(), simple[i].data(), simple[i].size(),
-                                            placed[i].surface.vertices.size());
+                if (!placed[i].surface.isLines)
+                    meshopt_optimizeVertexCache(simple[i].data(), simple[i].data(), simple[i].size(),
+                                                placed[i].surface.vertices.size());
                 auto part = partOf(simple[i], placed[i].base, placed[i].part);
                 part.level = number;
                 part.coverage = level.coverage;
@@ -283,14 +302,15 @@ private:
     Model m_to;
     Mode m_mode;
     std::vector<bool> m_hasChildren; ///< by node
-    std::size_t m_dropped = 0;       ///< triangles
+    std::size_t m_triangles = 0;     ///< that were left out
+    std::size_t m_lines = 0;         ///< likewise
 };
 
 } // namespace
 
 void Optimise(SourceModel& source, Mode mode)
 {
-    source.dropped.triangles += Optimised(source.model, mode).run();
+    Optimised(source.model, mode).run(source.dropped);
 }
 
 } // namespace kyvconvert

@@ -87,6 +87,20 @@ public:
         }
     }
 
+    /// As wide as a pixel of the picture.
+    void line(const Corner& a, const Corner& b, const Vector3& color, float opacity)
+    {
+        const double length = std::hypot(b.x - a.x, b.y - a.y);
+        if (!std::isfinite(length) || length == 0.0)
+            return;
+        const double x = (b.y - a.y) / length * samples / 2.0;
+        const double y = (a.x - b.x) / length * samples / 2.0;
+        const Corner left{a.x - x, a.y - y, a.depth};
+        const Corner right{b.x + x, b.y + y, b.depth};
+        fill(left, {a.x + x, a.y + y, a.depth}, right, color, opacity);
+        fill(left, right, {b.x - x, b.y - y, b.depth}, color, opacity);
+    }
+
     [[nodiscard]] QImage image() const
     {
         QImage image(m_width / samples, m_height / samples, QImage::Format_RGB32);
@@ -135,7 +149,16 @@ private:
     std::vector<Vector3> m_colors;
 };
 
-/// Two lights and the sky; the linear colour becomes the one of the screen.
+/// The linear colour under some light, as the screen wants it.
+Vector3 OnScreen(const gltf::Part& part, double light)
+{
+    Vector3 color{};
+    for (std::size_t i = 0; i < 3; ++i)
+        color[i] = static_cast<float>(std::pow(std::min(1.0, part.color[i] * light), 1.0 / 2.2));
+    return color;
+}
+
+/// Two lights and the sky.
 Vector3 Lit(const gltf::Part& part, const Vector3& normal)
 {
     constexpr Vector3 sun = {0.42F, 0.78F, 0.46F};
@@ -143,10 +166,7 @@ Vector3 Lit(const gltf::Part& part, const Vector3& normal)
     const double light = 0.42 + 0.50 * std::max(0.0, Dot(normal, sun)) +
                          0.16 * std::max(0.0, Dot(normal, fill)) +
                          0.10 * std::max(0.0, static_cast<double>(normal[1]));
-    Vector3 color{};
-    for (std::size_t i = 0; i < 3; ++i)
-        color[i] = static_cast<float>(std::pow(std::min(1.0, part.color[i] * light), 1.0 / 2.2));
-    return color;
+    return OnScreen(part, light);
 }
 
 /// Fits what the view sees of the models into a canvas.
@@ -187,12 +207,24 @@ private:
     double m_y = 0.0;
 };
 
+void DrawLines(Canvas& canvas, const Projection& project, const gltf::Model& model, const gltf::Part& part)
+{
+    const auto color = OnScreen(part, 1.0);
+    for (std::uint32_t i = part.firstIndex; i + 1 < part.firstIndex + part.indexCount; i += 2)
+        canvas.line(project(model.vertices[model.indices[i]].position),
+                    project(model.vertices[model.indices[i + 1]].position), color, part.color[3]);
+}
+
 void DrawParts(Canvas& canvas, const Projection& project, const View& view, const gltf::Model& model,
                bool isOpaquePass)
 {
     for (const auto& part : model.parts) {
         if ((part.color[3] >= 1.0F) != isOpaquePass)
             continue;
+        if (part.isLines) {
+            DrawLines(canvas, project, model, part);
+            continue;
+        }
         for (std::uint32_t i = part.firstIndex; i + 2 < part.firstIndex + part.indexCount; i += 3) {
             const auto& a = model.vertices[model.indices[i]];
             const auto& b = model.vertices[model.indices[i + 1]];

@@ -26,6 +26,25 @@ inline void AddTriangle(gltf::Model& model, std::uint32_t node, const gltf::Vect
     model.parts.push_back({node, index, 3, color, isDoubleSided});
 }
 
+/// One line, in a part of its own.
+inline void AddLine(gltf::Model& model, std::uint32_t node, const gltf::Vector3& from,
+                    const gltf::Vector3& to)
+{
+    const auto first = static_cast<std::uint32_t>(model.vertices.size());
+    gltf::Part part;
+    part.node = node;
+    part.firstIndex = static_cast<std::uint32_t>(model.indices.size());
+    part.indexCount = 2;
+    part.color = {1, 0, 0, 1};
+    part.isLines = true;
+    for (const auto& end : {from, to}) {
+        model.vertices.push_back({end, {}});
+        model.bounds.include(end);
+    }
+    model.indices.insert(model.indices.end(), {first, first + 1});
+    model.parts.push_back(part);
+}
+
 /// A house with two storeys; the upper one has a wall and a pane of glass, the lower one a wall.
 [[nodiscard]] inline gltf::Model House()
 {
@@ -55,15 +74,16 @@ inline void AddTriangle(gltf::Model& model, std::uint32_t node, const gltf::Vect
     QStringList surfaces;
     for (const auto& part : model.parts) {
         QStringList words{paths.at(static_cast<int>(part.node)),
-                          part.isDoubleSided ? QStringLiteral("both") : QStringLiteral("front")};
+                          part.isDoubleSided ? QStringLiteral("both") : QStringLiteral("front"),
+                          part.isLines ? QStringLiteral("lines") : QStringLiteral("triangles")};
         for (float share : part.color)
             words += QString::number(static_cast<double>(share), 'g', 9);
         for (std::uint32_t i = 0; i < part.indexCount; ++i) {
             const auto& vertex = model.vertices[model.indices[part.firstIndex + i]];
-            for (const auto& vector : {vertex.position, vertex.normal}) {
-                for (float component : vector)
-                    words += QString::number(static_cast<double>(component), 'g', 9);
-            }
+            for (float component : vertex.position)
+                words += QString::number(static_cast<double>(component), 'g', 9);
+            for (float component : part.isLines ? gltf::Vector3() : vertex.normal)
+                words += QString::number(static_cast<double>(component), 'g', 9);
         }
         surfaces += words.join(QLatin1Char(' '));
     }
@@ -79,7 +99,7 @@ inline void AddTriangle(gltf::Model& model, std::uint32_t node, const gltf::Vect
             return false;
     }
     for (const auto& part : model.parts) {
-        if (part.node >= model.nodes.size() || part.indexCount % 3 != 0 ||
+        if (part.node >= model.nodes.size() || part.indexCount % part.cornersPerPiece() != 0 ||
             part.firstIndex > model.indices.size() ||
             part.indexCount > model.indices.size() - part.firstIndex)
             return false;

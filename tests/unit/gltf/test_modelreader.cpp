@@ -47,6 +47,7 @@ private slots:
     void indicesOfAnyWidthAreRead_data();
     void indicesOfAnyWidthAreRead();
     void cornersThatMakeNoWholeTriangleAreLeftOut();
+    void linesAreReadEndByEnd();
     void cornersAmongOtherDataAreFound();
     void missingNormalsAreComputed();
     void normalsOfTheWrongNumberAreComputed();
@@ -58,7 +59,7 @@ private slots:
     void colorIsTheOneOfTheMaterial();
     void opacityOfAnOpaqueMaterialIsNotRegarded();
     void surfaceWithoutAMaterialIsGrey();
-    void pointsAndLinesAreLeftOut();
+    void pointsAndStripsAreLeftOut();
     void nodeWithoutASurfaceStaysInTheTree();
     void numbersThatAreNoneBecomeZero();
 
@@ -114,6 +115,17 @@ void TestModelReader::cornersThatMakeNoWholeTriangleAreLeftOut()
                     R"(, {"bufferView": 1, "componentType": 5121, "count": 5, "type": "SCALAR"})",
                     BytesOf<std::uint8_t>({2, 0, 1, 1, 0})));
     QCOMPARE(model.parts.at(0).indexCount, 3U);
+}
+
+void TestModelReader::linesAreReadEndByEnd()
+{
+    const auto model =
+        read(FileOf(oneNode, R"([{"mode": 1, "attributes": {"POSITION": 0}, "indices": 1}])",
+                    R"(, {"bufferView": 1, "componentType": 5121, "count": 5, "type": "SCALAR"})",
+                    BytesOf<std::uint8_t>({2, 0, 1, 2, 0})));
+    QCOMPARE(model.parts.size(), std::size_t(1));
+    QVERIFY(model.parts.at(0).isLines);
+    QCOMPARE(model.indices, std::vector<std::uint32_t>({2, 0, 1, 2}));
 }
 
 void TestModelReader::cornersAmongOtherDataAreFound()
@@ -223,10 +235,11 @@ void TestModelReader::surfaceWithoutAMaterialIsGrey()
     QVERIFY(!model.parts.at(0).isDoubleSided);
 }
 
-void TestModelReader::pointsAndLinesAreLeftOut()
+void TestModelReader::pointsAndStripsAreLeftOut()
 {
     const auto model = read(FileOf(oneNode, R"([{"attributes": {"POSITION": 0}, "mode": 0},
-                                                {"attributes": {"POSITION": 0}, "mode": 1},
+                                                {"attributes": {"POSITION": 0}, "mode": 3},
+                                                {"attributes": {"POSITION": 0}, "mode": 5},
                                                 {"attributes": {"POSITION": 0}, "mode": 4}])"));
     QCOMPARE(model.parts.size(), std::size_t(1));
 }

@@ -43,7 +43,8 @@ rc::Gen<gltf::Model> AnyModel()
             gltf::Part part;
             part.node = static_cast<std::uint32_t>(*rc::gen::inRange(0, nodeCount));
             part.firstIndex = static_cast<std::uint32_t>(model.indices.size());
-            part.indexCount = static_cast<std::uint32_t>(*rc::gen::inRange(1, 4)) * 3;
+            part.isLines = *rc::gen::arbitrary<bool>();
+            part.indexCount = static_cast<std::uint32_t>(*rc::gen::inRange(1, 4)) * part.cornersPerPiece();
             part.color[3] = static_cast<float>(*rc::gen::inRange(0, 5)) / 4.0F;
             part.isDoubleSided = *rc::gen::arbitrary<bool>();
             for (std::uint32_t corner = 0; corner < part.indexCount; ++corner)
@@ -65,6 +66,8 @@ private slots:
     void init();
 
     void surfacesComeBack();
+    void linesComeBackAmongSurfaces();
+    void linesAreWrittenWithoutNormals();
     void treeComesBackWithItsNames();
     void boundsComeBack();
     void whatIsKnownOfANodeComesBack();
@@ -122,6 +125,31 @@ void TestModelWriter::surfacesComeBack()
     const auto model = readBack();
     QCOMPARE(Surfaces(model), Surfaces(House()));
     QCOMPARE(model.vertices.size(), House().vertices.size());
+}
+
+void TestModelWriter::linesComeBackAmongSurfaces()
+{
+    auto house = House();
+    AddLine(house, 2, {0, 0, 0}, {0, 0, 5});
+    AddLine(house, 3, {1, 2, 3}, {4, 5, 6});
+    QVERIFY(gltf::WriteModel(house, file(), "test"));
+    const auto model = readBack();
+    QVERIFY(IsSound(model));
+    QCOMPARE(Surfaces(model), Surfaces(house));
+    QCOMPARE(Surfaces(model).filter("lines").size(), 2);
+    QCOMPARE(model.bounds.high, (gltf::Vector3{4, 6, 6}));
+}
+
+void TestModelWriter::linesAreWrittenWithoutNormals()
+{
+    gltf::Model drawing;
+    drawing.nodes = {{"drawing", -1}};
+    AddLine(drawing, 0, {0, 0, 0}, {1, 0, 0});
+    QVERIFY(gltf::WriteModel(drawing, file(), "test"));
+    const auto mesh = description()["meshes"].toArray().at(0).toObject();
+    const auto primitive = mesh["primitives"].toArray().at(0).toObject();
+    QCOMPARE(primitive["mode"].toInt(), 1);
+    QCOMPARE(primitive["attributes"].toObject().keys(), QStringList{"POSITION"});
 }
 
 void TestModelWriter::treeComesBackWithItsNames()

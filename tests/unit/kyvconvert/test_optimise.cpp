@@ -23,6 +23,9 @@ private slots:
     void everyPartHasCornersOfItsOwn();
     void triangleWithoutAreaIsLeftOutAndCounted();
     void partWithoutAreaIsLeftOut();
+    void linesOfOneLookBecomeOnePart();
+    void lineWithoutLengthIsLeftOutAndCounted();
+    void linesStayAtEveryLevel();
     void staticModelHasOneLevel();
     void coarserLevelsBecomeSmaller_data();
     void coarserLevelsBecomeSmaller();
@@ -143,6 +146,47 @@ void TestOptimise::partWithoutAreaIsLeftOut()
     flat.nodes = {{"flat", -1}};
     AddTriangle(flat, 0, {0, 0, 0}, 0);
     QVERIFY(optimised(flat, Mode::staticModel).parts.empty());
+}
+
+void TestOptimise::linesOfOneLookBecomeOnePart()
+{
+    auto house = House();
+    AddLine(house, 2, {0, 0, 0}, {9, 0, 0});
+    AddLine(house, 2, {9, 0, 0}, {9, 9, 0});
+    const auto model = optimised(house, Mode::qualityFirst);
+    QVERIFY(IsSound(model));
+    QCOMPARE(model.parts.size(), House().parts.size() + 1);
+    const auto lines =
+        std::find_if(model.parts.begin(), model.parts.end(), [](const auto& part) { return part.isLines; });
+    QVERIFY(lines != model.parts.end());
+    QCOMPARE(lines->indexCount, 4U);
+    QCOMPARE(model.vertices[model.indices[lines->firstIndex + 3]].position, (gltf::Vector3{9, 9, 0}));
+}
+
+void TestOptimise::lineWithoutLengthIsLeftOutAndCounted()
+{
+    kyvconvert::SourceModel source;
+    source.model = House();
+    AddLine(source.model, 2, {1, 1, 1}, {1, 1, 1});
+    kyvconvert::Optimise(source, Mode::staticModel);
+    QCOMPARE(source.dropped.primitives, std::size_t(1));
+    QCOMPARE(source.dropped.triangles, std::size_t(0));
+    QCOMPARE(Surfaces(source.model), Surfaces(House()));
+}
+
+void TestOptimise::linesStayAtEveryLevel()
+{
+    auto ball = Ball(30);
+    for (int i = 0; i < 200; ++i)
+        AddLine(ball, 0, {0, 0, 0}, {1, static_cast<float>(i), 0});
+    const auto model = optimised(ball, Mode::qualityFirst);
+    QVERIFY(!model.coarser.empty());
+    for (unsigned level = 1; level <= model.coarser.back().level; ++level) {
+        std::uint32_t ends = 0;
+        for (const auto& part : model.coarser)
+            ends += part.isLines && part.level == level ? part.indexCount : 0;
+        QCOMPARE(ends, 400U);
+    }
 }
 
 void TestOptimise::staticModelHasOneLevel()

@@ -68,6 +68,7 @@ private slots:
     void pictureHasTheSizeAskedFor();
     void nothingIsTheGreyOfTheCards();
     void surfaceHasItsColor();
+    void lineHasItsColorWhateverTheLight();
     void modelFillsThePictureUpToABorder();
     void modelStandsInTheMiddleWhereverItLies();
     void surfaceAboveHidesTheOneBelow();
@@ -97,6 +98,16 @@ void TestPicture::surfaceHasItsColor()
     AddSquare(model, 0, red);
     const auto color = Middle(Draw(model));
     QVERIFY2(color.red() > 200 && color.green() < 10 && color.blue() < 10, qPrintable(color.name()));
+}
+
+void TestPicture::lineHasItsColorWhateverTheLight()
+{
+    gltf::Model drawing;
+    drawing.nodes = {{"drawing", -1}};
+    AddLine(drawing, 0, {0, -1, 0}, {0, 1, 0});
+    const auto picture = Draw(drawing);
+    QCOMPARE(Middle(picture), QColor(255, 0, 0));
+    QVERIFY(DrawnArea(picture).width() <= 2);
 }
 
 void TestPicture::modelFillsThePictureUpToABorder()
