@@ -43,6 +43,8 @@ public:
         m_source.dropped.components += dropped.value("components", 0U);
         m_source.dropped.faces += dropped.value("faces", 0U);
         m_source.dropped.triangles += dropped.value("triangles", 0U);
+        for (const auto& [kind, count] : dropped.value("kinds", std::map<std::string, std::size_t>()))
+            m_source.dropped.kinds[kind] += count;
         if (index.contains("origin"))
             m_source.origin = index.at("origin");
     }
@@ -197,7 +199,8 @@ json IndexOf(const SourceModel& source, const std::string& name)
               {"textures", dropped.textures},
               {"components", dropped.components},
               {"faces", dropped.faces},
-              {"triangles", dropped.triangles}}}};
+              {"triangles", dropped.triangles},
+              {"kinds", dropped.kinds}}}};
 }
 
 /// Every component gets an id of its own; those of the source stay as long as they are its own.

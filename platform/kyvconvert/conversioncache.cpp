@@ -19,7 +19,7 @@ namespace
 namespace fs = std::filesystem;
 
 /// Raised whenever the same source becomes another model.
-constexpr int converterVersion = 1;
+constexpr int converterVersion = 2;
 
 constexpr std::size_t portion = 1U << 20U;
 

@@ -8,10 +8,7 @@
 namespace kyvconvert
 {
 
-/// Reads a building in a process of its own; what that leaves behind is not trusted.
+/// Reads a building in a process of its own.
 [[nodiscard]] Read ReadIfc(const std::filesystem::path& file, const OnPercent& onPercent);
-
-/// The model that the reader's process has left in a folder.
-[[nodiscard]] Read ReadIfcResult(const std::filesystem::path& folder);
 
 } // namespace kyvconvert

@@ -110,7 +110,7 @@ int Deliver(const Arguments& given, const Workshop& workshop)
 int main(int argumentCount, char** argumentValues)
 {
     CLI::App parser(
-        "Converts a model file (IFC, FBX, glTF, GLB, OBJ or a model archive) into a model folder.");
+        "Converts a model file (IFC, DWG, FBX, glTF, GLB, OBJ or a model archive) into a model folder.");
     Arguments given;
     parser.add_option("INPUT", given.source, "the model file")->required();
     parser.add_option("FOLDER", given.folder, "folder of the converted model; made, or empty")->required();

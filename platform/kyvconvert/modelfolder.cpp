@@ -22,14 +22,23 @@ json DroppedFacts(const Dropped& dropped)
             {"components", dropped.components},
             {"componentNames", dropped.names},
             {"faces", dropped.faces},
-            {"triangles", dropped.triangles}};
+            {"triangles", dropped.triangles},
+            {"kinds", dropped.kinds}};
 }
 
 std::size_t CountTriangles(const std::vector<gltf::Part>& parts, unsigned level)
 {
     std::size_t count = 0;
     for (const auto& part : parts)
-        count += part.level == level ? part.indexCount / 3 : 0;
+        count += part.level == level ? part.triangles() : 0;
+    return count;
+}
+
+std::size_t CountLines(const std::vector<gltf::Part>& parts)
+{
+    std::size_t count = 0;
+    for (const auto& part : parts)
+        count += part.isLines ? part.indexCount / part.cornersPerPiece() : 0;
     return count;
 }
 
@@ -40,10 +49,12 @@ json ModelFacts(const SourceModel& source, const std::string& name, const std::s
     for (unsigned level = 1; CountTriangles(model.coarser, level) > 0; ++level)
         levels.push_back(CountTriangles(model.coarser, level));
     return {{"name", name},
-            {"type", "MODEL"},
+            {"type", source.type},
+            {"attributes", source.attributes},
             {"source", sourceName},
             {"bounds", {{"low", model.bounds.low}, {"high", model.bounds.high}}},
             {"triangles", levels.front()},
+            {"lines", CountLines(model.parts)},
             {"levels", levels},
             {"vertices", model.vertices.size()},
             {"nodes", model.nodes.size()},

@@ -3,6 +3,7 @@
 
 #include "kyvconvert/archive.h"
 #include "kyvconvert/assimpreader.h"
+#include "kyvconvert/dwgreader.h"
 #include "kyvconvert/ifcreader.h"
 
 #include <algorithm>
@@ -17,14 +18,21 @@ namespace
 struct Reader {
     const char* ending;
     Read (*read)(const std::filesystem::path&, const OnPercent&);
-    bool isWhole; ///< what it reads names no other files
+    bool isWhole;               ///< what it reads names no other files
+    const char* type = "MODEL"; ///< of the model, for the project database
+    const char* imported = "";  ///< what the project database is told the model was imported as
 };
 
 /// Who reads what; a new format is a line here.
 constexpr Reader readers[] = {
-    {".kyv", ReadArchive, true},    {".ifc", ReadIfc, true},          {".fbx", ReadWithAssimp, true},
-    {".glb", ReadWithAssimp, true}, {".gltf", ReadWithAssimp, false}, {".obj", ReadWithAssimp, false},
+    {".kyv", ReadArchive, true},           {".ifc", ReadIfc, true},
+    {".dwg", ReadDwg, true, "DWG", "DWG"}, {".fbx", ReadWithAssimp, true, "MODEL", "FBX"},
+    {".glb", ReadWithAssimp, true},        {".gltf", ReadWithAssimp, false},
+    {".obj", ReadWithAssimp, false},
 };
+
+/// The project database tells models that were imported from those of an archive by it.
+constexpr const char* importAttribute = "editor_import_source_type";
 
 const Reader* ReaderOf(const std::filesystem::path& file)
 {
@@ -47,7 +55,13 @@ Read ReadSource(const std::filesystem::path& file, const OnPercent& onPercent)
     if (reader == nullptr)
         return Failure{"the file cannot be read: there is no reader for files of the kind \"" +
                        file.extension().string() + '"'};
-    return reader->read(file, onPercent);
+    auto read = reader->read(file, onPercent);
+    if (auto* source = std::get_if<SourceModel>(&read)) {
+        source->type = reader->type;
+        if (*reader->imported != '\0')
+            source->attributes[importAttribute] = reader->imported;
+    }
+    return read;
 }
 
 bool IsWhole(const std::filesystem::path& file)

@@ -8,8 +8,8 @@
 namespace kyvconvert
 {
 
-/// Reads a model archive, or an IFC, FBX, glTF, GLB or OBJ file, in metres with Y up; which reader takes a
-/// file depends on the end of its name. `onPercent` hears how far it has come, 0 to 100. One call at a time
+/// Reads a model archive, or an IFC, DWG, FBX, glTF, GLB or OBJ file, in metres with Y up; which reader takes
+/// a file depends on the end of its name. `onPercent` hears how far it has come, 0 to 100. One call at a time
 /// in a process.
 [[nodiscard]] Read ReadSource(const std::filesystem::path& file, const OnPercent& onPercent);
 

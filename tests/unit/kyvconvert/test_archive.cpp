@@ -20,6 +20,7 @@ private slots:
     void floorsComeBack();
     void whatIsKnownOfComponentsComesBack();
     void whatWasDroppedComesBack();
+    void linesComeBack();
     void originComesBack();
     void componentsWithoutIdsGetSome();
     void componentsWithOneIdAreToldApart();
@@ -114,13 +115,24 @@ void TestArchive::whatWasDroppedComesBack()
 {
     kyvconvert::SourceModel source;
     source.model = House();
-    source.dropped = {4, 2, 1, {}, 5, 3};
+    source.dropped = {4, 2, 1, {}, 5, 3, {{"IMAGE", 7}}};
     const auto back = writtenAndRead(source);
     QCOMPARE(back.dropped.primitives, std::size_t(4));
     QCOMPARE(back.dropped.textures, std::size_t(2));
     QCOMPARE(back.dropped.components, std::size_t(1));
     QCOMPARE(back.dropped.faces, std::size_t(5));
     QCOMPARE(back.dropped.triangles, std::size_t(3));
+    QCOMPARE(back.dropped.kinds, source.dropped.kinds);
+}
+
+void TestArchive::linesComeBack()
+{
+    kyvconvert::SourceModel source;
+    source.model = House();
+    AddLine(source.model, 2, {0, 0, 0}, {0, 0, 5});
+    const auto back = writtenAndRead(source);
+    QVERIFY(IsSound(back.model));
+    QCOMPARE(Surfaces(back.model), Surfaces(source.model));
 }
 
 void TestArchive::originComesBack()

@@ -2,6 +2,7 @@
 #include "kyvconvert/ifcreader.h"
 
 #include "building.h"
+#include "kyvconvert/nodereader.h"
 #include "models.h"
 
 #include <QFile>
@@ -327,10 +328,10 @@ void TestIfcReader::resultThatLiesIsRefused()
     (void)write("geometry.bin", geometry);
     (void)write("index.json",
                 index + R"({"node":0,"offset":0,"vertexCount":3,"indexCount":3,"color":[1,1,1,1]}]})");
-    const auto honest = kyvconvert::ReadIfcResult(m_folder.path().toStdString());
+    const auto honest = kyvconvert::ReadNodeResult(m_folder.path().toStdString());
     QVERIFY(std::holds_alternative<kyvconvert::SourceModel>(honest));
     (void)write("index.json", index + parts + "]}");
-    const auto lying = kyvconvert::ReadIfcResult(m_folder.path().toStdString());
+    const auto lying = kyvconvert::ReadNodeResult(m_folder.path().toStdString());
     QVERIFY(std::holds_alternative<kyvconvert::Failure>(lying));
     QVERIFY(QString::fromStdString(std::get<kyvconvert::Failure>(lying).reason)
                 .startsWith("the file cannot be read: "));

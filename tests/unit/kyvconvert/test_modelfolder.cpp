@@ -21,6 +21,8 @@ private slots:
     void modelIsWrittenWithItsSurfaces();
     void factsNameTheModelAndCountWhatIsInIt();
     void factsSayWhatWasDropped();
+    void factsTellTypeAndAttributesOfTheModel();
+    void factsCountLinesBesideTriangles();
     void factsCountTheTrianglesOfEveryLevel();
     void factsSayWhereTheSourceHasTheModelsZero();
     void modelGetsAnotherNameAndKeepsItsOtherFacts();
@@ -60,6 +62,7 @@ kyvconvert::SourceModel TestModelFolder::source()
     source.dropped.names = {"门"};
     source.dropped.faces = 5;
     source.dropped.triangles = 3;
+    source.dropped.kinds = {{"IMAGE", 7}};
     return source;
 }
 
@@ -109,7 +112,30 @@ void TestModelFolder::factsSayWhatWasDropped()
                           {"components", 1},
                           {"componentNames", QJsonArray{QStringLiteral("门")}},
                           {"faces", 5},
-                          {"triangles", 3}}));
+                          {"triangles", 3},
+                          {"kinds", QJsonObject{{"IMAGE", 7}}}}));
+}
+
+void TestModelFolder::factsTellTypeAndAttributesOfTheModel()
+{
+    auto drawing = source();
+    drawing.type = "DWG";
+    drawing.attributes = {{"editor_import_source_type", "DWG"}};
+    QCOMPARE(write(drawing), QString());
+    const auto facts = json("model.json").object();
+    QCOMPARE(facts.value("type").toString(), QStringLiteral("DWG"));
+    QCOMPARE(facts.value("attributes").toObject(), (QJsonObject{{"editor_import_source_type", "DWG"}}));
+}
+
+void TestModelFolder::factsCountLinesBesideTriangles()
+{
+    auto drawing = source();
+    AddLine(drawing.model, 2, {0, 0, 0}, {0, 0, 5});
+    AddLine(drawing.model, 2, {0, 0, 0}, {0, 5, 0});
+    QCOMPARE(write(drawing), QString());
+    const auto facts = json("model.json").object();
+    QCOMPARE(facts.value("lines").toInt(), 2);
+    QCOMPARE(facts.value("triangles").toInt(), 3);
 }
 
 void TestModelFolder::factsCountTheTrianglesOfEveryLevel()

@@ -62,6 +62,9 @@ void TestNoise::initTestCase()
                 path("spider.fbx"));
     exportAs("fbxa", "text.fbx");
     exportAs("obj", "house.obj");
+    QProcess writer;
+    writer.start("node", {TORVO_WRITE_DRAWINGS, TORVO_ROOT, m_folder.path()});
+    QVERIFY(writer.waitForFinished(240000) && writer.exitCode() == 0);
     QFile file(path("house.ifc"));
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write(building) == building.size());
 }
@@ -138,6 +141,10 @@ void TestNoise::damagedSourceIsAModelOrAReason_data()
     QTest::newRow("OBJ") << "house.obj" << 20;
     // Each of them starts a program that takes a second to start.
     QTest::newRow("IFC") << "house.ifc" << 15;
+    QTest::newRow("DWG of R14") << "plan-AC1014.dwg" << 6;
+    QTest::newRow("DWG of 2004") << "plan-AC1018.dwg" << 6;
+    QTest::newRow("DWG of 2007") << "plan-AC1021.dwg" << 6;
+    QTest::newRow("DWG of 2018") << "plan-AC1032.dwg" << 6;
 }
 
 void TestNoise::damagedSourceIsAModelOrAReason()

@@ -9,6 +9,10 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <assimp/Exporter.hpp>
+#include <assimp/Importer.hpp>
+#include <assimp/postprocess.h>
+
 namespace
 {
 
@@ -35,6 +39,7 @@ private slots:
     void mirroredSurfaceKeepsItsFrontOutside();
     void nodeWithoutASurfaceIsLeftOut();
     void progressRunsFromNothingToAllAtMost();
+    void modelTellsWhatItWasImportedAs();
     void missingFileIsNamed();
     void fileThatCannotBeReadIsTold_data();
     void fileThatCannotBeReadIsTold();
@@ -154,6 +159,23 @@ void TestSourceReader::progressRunsFromNothingToAllAtMost()
     QVERIFY(!percents.empty());
     for (int percent : percents)
         QVERIFY(percent >= 0 && percent <= 100);
+}
+
+void TestSourceReader::modelTellsWhatItWasImportedAs()
+{
+    const auto house = m_folder.filePath("house.glb").toStdString();
+    QVERIFY(gltf::WriteModel(House(), house, "test"));
+    Assimp::Importer importer;
+    Assimp::Exporter exporter;
+    const auto* scene = importer.ReadFile(house, aiProcess_Triangulate);
+    const auto file = m_folder.filePath("house.FBX");
+    QVERIFY(scene != nullptr && exporter.Export(scene, "fbxa", file.toStdString()) == AI_SUCCESS);
+    const auto imported = read(file);
+    QCOMPARE(imported.type, std::string("MODEL"));
+    QCOMPARE(imported.attributes, (std::map<std::string, std::string>{{"editor_import_source_type", "FBX"}}));
+    const auto plain = read(write("square.obj", squareAndLine));
+    QCOMPARE(plain.type, std::string("MODEL"));
+    QVERIFY(plain.attributes.empty());
 }
 
 void TestSourceReader::missingFileIsNamed()

@@ -11,4 +11,4 @@ const report = await validator.validateBytes(new Uint8Array(fs.readFileSync(file
 const wrong = report.issues.messages.filter((issue) => issue.severity <= 1);
 for (const issue of wrong)
     console.log(`${issue.code} ${issue.pointer ?? ''} ${issue.message}`);
-console.log(`${report.issues.numErrors} errors, ${report.info.totalTriangleCount} triangles`);
+console.log(`${report.issues.numErrors} errors, ${report.info.totalTriangleCount} triangles, ${report.info.drawCallCount} primitives`);
