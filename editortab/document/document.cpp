@@ -8,6 +8,8 @@
 #include "ZRSmartDB/zrmodelstore.h"
 #include "ZRSmartDB/zrproject.h"
 
+#include <algorithm>
+
 #include <QCoreApplication>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -63,13 +65,23 @@ QString Document::open()
     m_database->GetNetAccess()->LoginByToken(m_start.token.toStdWString());
     m_database->GetNetAccess()->SetCookie(m_start.cookies.toStdWString());
 
-    m_project = openProject(m_start.tabName);
-    if (m_project == nullptr) {
+    if (!openAll()) {
         std::wstring reason;
         m_database->GetLastError(reason);
         const auto words = QJsonDocument::fromJson(QString::fromStdWString(reason).toUtf8()).object();
         return tr("工程无法打开：%1").arg(words.value(QLatin1String("msg")).toString());
     }
+    return {};
+}
+
+bool Document::openAll()
+{
+    m_buildings.clear();
+    m_models.clear();
+    m_floors.clear();
+    m_project = openProject(m_start.tabName);
+    if (m_project == nullptr)
+        return false;
     m_name = QString::fromStdWString(m_project->GetName());
     m_note = QString::fromStdWString(m_project->GetAttr(noteKey));
     addBuilding(*m_project);
@@ -77,7 +89,27 @@ QString Document::open()
         if (auto* linked = openProject(subProject))
             addBuilding(*linked);
     }
-    return {};
+    return true;
+}
+
+bool Document::reload()
+{
+    if (m_project == nullptr || m_isModified)
+        return false;
+    const auto models = m_models;
+    const auto floors = m_floors;
+    // The database keeps what it has read of a project until that is closed.
+    for (const auto& guid : QStringList(m_start.subProjects) << m_start.tabName)
+        m_database->CloseProject(ZRSmartFormat::GuidFromText(guid.toStdWString()));
+    static_cast<void>(openAll());
+    const auto isSameModel = [](const ModelEntry& one, const ModelEntry& other) {
+        return one.guid == other.guid && one.building == other.building && one.name == other.name;
+    };
+    const auto isSameFloor = [](const FloorEntry& one, const FloorEntry& other) {
+        return one.name == other.name && one.building == other.building && one.mapping == other.mapping;
+    };
+    return !std::equal(models.begin(), models.end(), m_models.begin(), m_models.end(), isSameModel) ||
+           !std::equal(floors.begin(), floors.end(), m_floors.begin(), m_floors.end(), isSameFloor);
 }
 
 ZRSmartDB::IZRProject* Document::openProject(const QString& guid)
@@ -93,17 +125,21 @@ void Document::addBuilding(ZRSmartDB::IZRProject& project)
         return;
     m_buildings.push_back({QString::fromStdWString(project.GetName()),
                            PlaceOf(project.GetPosition(), m_project->GetPosition())});
+    const int building = static_cast<int>(m_buildings.size()) - 1;
     std::vector<ZRSmartFormat::SZRFTGuid> guids;
     models->GetModelProjIds(guids);
     for (const auto& guid : guids) {
         const auto* record = models->GetModelProj(guid);
         if (record == nullptr)
             continue;
-        const QString folder = DataFolder() + QStringLiteral("/proj_") +
-                               QString::fromStdWString(ZRSmartFormat::GuidToText(guid));
-        m_models.push_back({QString::fromStdWString(record->GetName()), folder + QStringLiteral("/model.glb"),
-                            static_cast<int>(m_buildings.size()) - 1});
+        const auto text = QString::fromStdWString(ZRSmartFormat::GuidToText(guid));
+        m_models.push_back({QString::fromStdWString(record->GetName()),
+                            DataFolder() + QStringLiteral("/proj_%1/model.glb").arg(text), building, text,
+                            BIZCOMMON::FLOORINFO::ReadModelFloors(DataFolder(), text)});
     }
+    const auto own = QString::fromStdWString(ZRSmartFormat::GuidToText(project.GetGuid()));
+    const auto floors = ReadFloors(DataFolder(), own, building);
+    m_floors.insert(m_floors.end(), floors.begin(), floors.end());
 }
 
 QString Document::type() const

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "editortab/document/floors.h"
 #include "editortab/home/startmessage.h"
 
 #include <vector>
@@ -23,6 +24,8 @@ struct ModelEntry {
     QString name;
     QString file;     ///< of its geometry
     int building = 0; ///< index in Document::buildings
+    QString guid;
+    std::vector<BIZCOMMON::FLOORINFO::ModelFloor> floors; ///< the model's own, lowest first
 };
 
 /// A building project that is shown: the opened one, or one that an opened scene places.
@@ -43,6 +46,10 @@ public:
     /// Opens the project and what is linked into it. Gives words for the user when that fails, else nothing.
     [[nodiscard]] QString open();
 
+    /// Reads models and floors anew: somebody else has changed the project. True when there are others now.
+    /// Unsaved changes stay, and hold it up.
+    [[nodiscard]] bool reload();
+
     [[nodiscard]] QString guid() const { return m_start.tabName; }
     [[nodiscard]] QString type() const;
     [[nodiscard]] QString name() const { return m_name; }
@@ -50,6 +57,8 @@ public:
     [[nodiscard]] QString position() const;
     [[nodiscard]] const std::vector<Building>& buildings() const { return m_buildings; }
     [[nodiscard]] const std::vector<ModelEntry>& models() const { return m_models; }
+    /// Building by building, from the lowest up.
+    [[nodiscard]] const std::vector<FloorEntry>& floors() const { return m_floors; }
 
     void setName(const QString& name);
     void setNote(const QString& note);
@@ -66,6 +75,7 @@ signals:
 
 private:
     [[nodiscard]] ZRSmartDB::IZRProject* openProject(const QString& guid);
+    [[nodiscard]] bool openAll();
     void addBuilding(ZRSmartDB::IZRProject& project);
     void setModified(bool isModified);
 
@@ -74,6 +84,7 @@ private:
     ZRSmartDB::IZRProject* m_project = nullptr; ///< owned by the database
     std::vector<Building> m_buildings;
     std::vector<ModelEntry> m_models;
+    std::vector<FloorEntry> m_floors;
     QString m_name;
     QString m_note;
     QString m_problem;

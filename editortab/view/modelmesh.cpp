@@ -65,7 +65,7 @@ void ModelMesh::draw(QOpenGLShaderProgram& program, QOpenGLFunctions& gl, bool i
     program.setUniformValue("place", m_place);
     m_array.bind();
     for (const auto& part : m_model->parts) {
-        if (m_isHidden[part.node] || (part.color[3] >= 1.0F) != isOpaquePass)
+        if (isHidden(part.node) || (part.color[3] >= 1.0F) != isOpaquePass)
             continue;
         program.setUniformValue("color", part.color[0], part.color[1], part.color[2], part.color[3]);
         program.setUniformValue("highlight", isBelow(part.node, m_selected) ? 1.0F : 0.0F);
@@ -81,7 +81,7 @@ void ModelMesh::drawIds(QOpenGLShaderProgram& program, QOpenGLFunctions& gl, qui
     m_array.bind();
     for (std::size_t i = 0; i < m_model->parts.size(); ++i) {
         const auto& part = m_model->parts[i];
-        if (m_isHidden[part.node])
+        if (isHidden(part.node))
             continue;
         const quint32 id = firstId + static_cast<quint32>(i);
         program.setUniformValue("color", static_cast<float>(id & 0xFFU) / 255.0F,
@@ -121,6 +121,16 @@ void ModelMesh::setVisible(int node, bool isVisible)
         if (isBelow(i, node))
             m_isHidden[i] = !isVisible;
     }
+}
+
+void ModelMesh::setOnHiddenFloor(std::vector<bool> isOnHiddenFloor)
+{
+    m_isOnHiddenFloor = std::move(isOnHiddenFloor);
+}
+
+bool ModelMesh::isHidden(std::uint32_t node) const
+{
+    return m_isHidden[node] || (node < m_isOnHiddenFloor.size() && m_isOnHiddenFloor[node]);
 }
 
 void ModelMesh::select(int node)

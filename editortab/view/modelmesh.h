@@ -43,10 +43,13 @@ public:
 
     /// Hides or shows what stands at or below a node; node -1 is the whole model.
     void setVisible(int node, bool isVisible);
+    /// Hides nodes for another reason: what is seen is hidden for neither. One answer for each node.
+    void setOnHiddenFloor(std::vector<bool> isOnHiddenFloor);
     /// Highlights what stands at or below a node; -2 highlights nothing, -1 the whole model.
     void select(int node);
 
 private:
+    [[nodiscard]] bool isHidden(std::uint32_t node) const;
     [[nodiscard]] bool isBelow(std::uint32_t node, int ancestor) const;
     void drawPart(QOpenGLFunctions& gl, const gltf::Part& part) const;
 
@@ -55,7 +58,8 @@ private:
     QOpenGLVertexArrayObject m_array;
     QOpenGLBuffer m_vertices{QOpenGLBuffer::VertexBuffer};
     QOpenGLBuffer m_indices{QOpenGLBuffer::IndexBuffer};
-    std::vector<bool> m_isHidden; ///< by node
+    std::vector<bool> m_isHidden;        ///< by node
+    std::vector<bool> m_isOnHiddenFloor; ///< by node; empty when none is
     int m_selected = -2;
 };
 

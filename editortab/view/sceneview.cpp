@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "editortab/view/sceneview.h"
 
+#include <array>
+
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QOpenGLFramebufferObject>
@@ -219,8 +221,12 @@ void SceneView::paintGL()
     program.bind();
     program.setUniformValue("camera", camera);
     program.setUniformValue("eye", m_camera.eye());
+    // Lines that lie on a surface, as those around a filled area do, are seen before it.
+    gl.glEnable(GL_POLYGON_OFFSET_FILL);
+    gl.glPolygonOffset(1.0F, 1.0F);
     for (const auto& mesh : m_meshes)
         mesh->draw(program, gl, true);
+    gl.glDisable(GL_POLYGON_OFFSET_FILL);
     program.release();
     drawGround(camera);
     program.bind();
@@ -281,6 +287,26 @@ void SceneView::setVisible3D(int model, int node, bool isVisible)
     update();
 }
 
+void SceneView::setOnHiddenFloor(int model, std::vector<bool> isOnHiddenFloor)
+{
+    if (model < 0 || model >= static_cast<int>(m_meshes.size()))
+        return;
+    m_meshes[static_cast<std::size_t>(model)]->setOnHiddenFloor(std::move(isOnHiddenFloor));
+    update();
+}
+
+void SceneView::clear()
+{
+    makeCurrent();
+    for (std::size_t i = 0; i < m_uploaded; ++i)
+        m_meshes[i]->release();
+    doneCurrent();
+    m_uploaded = 0;
+    m_meshes.clear();
+    m_selectedModel = m_selectedNode = -1;
+    update();
+}
+
 void SceneView::select(int model, int node)
 {
     m_selectedModel = model;
@@ -316,6 +342,32 @@ void SceneView::look(Camera::Preset preset)
     update();
 }
 
+/// The part at a pixel, or the nearest one beside it: a hand does not meet a line that is a pixel wide.
+quint32 SceneView::idNear(QOpenGLFunctions& gl, const QPoint& pixel, const QSize& size)
+{
+    constexpr int reach = 4;
+    const QRect area = QRect(pixel, pixel).adjusted(-reach, -reach, reach, reach) & QRect(QPoint(), size);
+    std::vector<std::array<unsigned char, 4>> colors(static_cast<std::size_t>(area.width() * area.height()));
+    if (colors.empty())
+        return 0;
+    gl.glReadPixels(area.left(), size.height() - 1 - area.bottom(), area.width(), area.height(), GL_RGBA,
+                    GL_UNSIGNED_BYTE, colors.data());
+    quint32 found = 0;
+    int nearest = reach * reach + 1;
+    for (int i = 0; i < static_cast<int>(colors.size()); ++i) {
+        const auto& color = colors[static_cast<std::size_t>(i)];
+        const quint32 id =
+            color[0] | static_cast<quint32>(color[1]) << 8U | static_cast<quint32>(color[2]) << 16U;
+        // The rows come from the bottom up.
+        const QPoint away = QPoint(area.left() + i % area.width(), area.bottom() - i / area.width()) - pixel;
+        if (id > 0 && QPoint::dotProduct(away, away) < nearest) {
+            found = id;
+            nearest = QPoint::dotProduct(away, away);
+        }
+    }
+    return found;
+}
+
 void SceneView::pick(const QPoint& point)
 {
     if (!m_programs)
@@ -339,14 +391,11 @@ void SceneView::pick(const QPoint& point)
         firstId += static_cast<quint32>(mesh->model().parts.size());
     }
     program.release();
-    const QPoint pixel = point * devicePixelRatioF();
-    unsigned char bytes[4] = {};
-    gl.glReadPixels(pixel.x(), size.height() - 1 - pixel.y(), 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, bytes);
+    quint32 id = idNear(gl, point * devicePixelRatioF(), size);
     gl.glDisable(GL_DEPTH_TEST);
     target.release();
     doneCurrent();
 
-    quint32 id = bytes[0] | static_cast<quint32>(bytes[1]) << 8U | static_cast<quint32>(bytes[2]) << 16U;
     for (std::size_t i = 0; id > 0 && i < m_meshes.size(); ++i) {
         const auto& parts = m_meshes[i]->model().parts;
         if (id <= parts.size()) {

@@ -28,7 +28,11 @@ public:
     /// Adds a model; it gets the number of models before it.
     int addModel(const SharedModel& model, const QVector3D& place);
 
+    /// Takes all models away.
+    void clear();
+
     void setVisible3D(int model, int node, bool isVisible);
+    void setOnHiddenFloor(int model, std::vector<bool> isOnHiddenFloor);
     /// Highlights a node; model -1 highlights nothing, node -1 a whole model.
     void select(int model, int node);
 
@@ -61,6 +65,7 @@ private:
     [[nodiscard]] bool buildPrograms();
     void drawGround(const QMatrix4x4& camera);
     void drawBackground();
+    [[nodiscard]] static quint32 idNear(QOpenGLFunctions& gl, const QPoint& pixel, const QSize& size);
     void pick(const QPoint& point);
     void releaseAll();
     [[nodiscard]] gltf::Bounds allBounds() const;

@@ -11,6 +11,7 @@
 #include <QCloseEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListView>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QShortcut>
@@ -27,6 +28,8 @@ namespace
 
 constexpr int panelWidth = 260;
 constexpr int overlayMargin = 12;
+constexpr int floorRow = 28;
+constexpr int mostFloorRows = 8; ///< that are seen without scrolling
 
 } // namespace
 
@@ -104,11 +107,41 @@ QWidget* EditorWindow::buildTreePanel()
     searchRow->addWidget(m_search);
     column->addLayout(searchRow);
     column->addWidget(m_treeView, 1);
+    column->addWidget(buildFloorPanel());
     auto* newProjectRow = new QHBoxLayout;
     newProjectRow->setContentsMargins(0, 0, 12, 12);
     newProjectRow->addWidget(buildNewProjectButton());
     column->addLayout(newProjectRow);
     return panel;
+}
+
+QWidget* EditorWindow::buildFloorPanel()
+{
+    m_floorPanel = new QWidget(this);
+    auto* title = new QLabel(tr("楼层"), m_floorPanel);
+    title->setObjectName(QStringLiteral("panelTitle"));
+    auto* list = new QListView(m_floorPanel);
+    list->setObjectName(QStringLiteral("floorList"));
+    list->setAccessibleName(tr("楼层"));
+    list->setAccessibleDescription(tr("空格键显示或隐藏楼层"));
+    list->setModel(&m_floors);
+    list->setUniformItemSizes(true);
+    title->setBuddy(list);
+    auto* column = new QVBoxLayout(m_floorPanel);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(8);
+    column->addWidget(title);
+    column->addWidget(list);
+    m_floorPanel->hide();
+    connect(&m_floors, &FloorList::modelReset, list, [this, list] {
+        list->setFixedHeight(qMin(m_floors.rowCount(), mostFloorRows) * floorRow + 2);
+        m_floorPanel->setVisible(m_floors.rowCount() > 0);
+    });
+    connect(&m_floors, &FloorList::visibilityChanged, this, [this] {
+        for (std::size_t i = 0; i < m_loaded.size(); ++i)
+            applyFloors(static_cast<int>(i));
+    });
+    return m_floorPanel;
 }
 
 QWidget* EditorWindow::buildNewProjectButton()
@@ -154,6 +187,7 @@ void EditorWindow::connectParts()
     connect(new QShortcut(QKeySequence::Save, this), &QShortcut::activated, this, &EditorWindow::save);
     connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, m_search,
             [this] { m_search->setFocus(Qt::ShortcutFocusReason); });
+    connect(new QShortcut(QKeySequence::Refresh, this), &QShortcut::activated, this, &EditorWindow::reload);
     connect(new QShortcut(QKeySequence::HelpContents, this), &QShortcut::activated, this,
             &EditorWindow::showHelp);
 }
@@ -167,16 +201,41 @@ void EditorWindow::openProject()
         return;
     }
     m_properties->refresh();
+    showDocument();
+}
+
+void EditorWindow::reload()
+{
+    if (!m_document.reload())
+        return;
+    m_loader.reset();
+    m_view->clear();
+    m_properties->showSelection({}, {});
+    m_properties->refresh();
+    showDocument();
+}
+
+void EditorWindow::showDocument()
+{
     m_tree.setDocument(m_document);
+    m_floors.setDocument(m_document);
     m_treeView->expandToDepth(0);
+    m_modelsDone = 0;
     m_viewModels.assign(m_document.models().size(), -1);
-    m_loaded.resize(m_document.models().size());
+    m_loaded.assign(m_document.models().size(), nullptr);
     QStringList files;
     for (const auto& model : m_document.models())
         files.append(model.file);
     m_loader = std::make_unique<ModelLoader>(files);
-    connect(m_loader.get(), &ModelLoader::loaded, this, &EditorWindow::takeModel);
-    connect(m_loader.get(), &ModelLoader::failed, this, [this](int index, const QString& reason) {
+    // What an earlier loader has still sent off comes after it has gone.
+    const int shown = ++m_timesShown;
+    connect(m_loader.get(), &ModelLoader::loaded, this, [this, shown](int index, const SharedModel& model) {
+        if (shown == m_timesShown)
+            takeModel(index, model);
+    });
+    connect(m_loader.get(), &ModelLoader::failed, this, [this, shown](int index, const QString& reason) {
+        if (shown != m_timesShown)
+            return;
         ++m_modelsDone;
         const auto& model = m_document.models()[static_cast<std::size_t>(index)];
         m_tree.setProblem(index, reason);
@@ -195,19 +254,37 @@ void EditorWindow::takeModel(int index, const SharedModel& model)
         m_document.buildings()[static_cast<std::size_t>(m_document.models()[number].building)];
     m_loaded[number] = model;
     m_viewModels[number] = m_view->addModel(model, building.place);
+    applyFloors(index);
     m_tree.setNodes(index, *model);
     m_treeView->expandToDepth(1);
     updateStatus();
+}
+
+void EditorWindow::applyFloors(int model)
+{
+    const auto number = static_cast<std::size_t>(model);
+    if (m_loaded[number])
+        m_view->setOnHiddenFloor(m_viewModels[number],
+                                 m_floors.hiddenNodes(m_document, model, *m_loaded[number]));
 }
 
 void EditorWindow::updateStatus()
 {
     const int models = static_cast<int>(m_document.models().size());
     std::size_t triangles = 0;
-    for (const auto& model : m_loaded)
-        triangles += model ? model->indices.size() / 3 : 0;
+    std::size_t lines = 0;
+    for (const auto& model : m_loaded) {
+        if (!model)
+            continue;
+        for (const auto& part : model->parts) {
+            triangles += part.triangles();
+            lines += part.isLines ? part.indexCount / part.cornersPerPiece() : 0;
+        }
+    }
     QString text = m_modelsDone < models ? tr("正在读取模型 %1 / %2").arg(m_modelsDone).arg(models)
                                          : tr("%1 个模型，%2 个三角面").arg(models).arg(triangles);
+    if (lines > 0)
+        text += tr("，%1 条线").arg(lines);
     if (m_document.isModified())
         text += tr("　●　有未保存的修改");
     m_status->setText(text);
@@ -228,7 +305,7 @@ void EditorWindow::showSelection(int model, int node)
     std::size_t triangles = 0;
     for (const auto& part : shown.parts) {
         if (node < 0 || static_cast<int>(part.node) == node)
-            triangles += part.indexCount / 3;
+            triangles += part.triangles();
     }
     m_properties->showSelection(name, tr("所属模型：%1\n三角面：%2").arg(entry.name).arg(triangles));
 }
@@ -257,6 +334,7 @@ void EditorWindow::obey(const QString& name, const QJsonObject& message)
         show();
         raise();
         Native::FocusWindow(winId());
+        reload();
     } else if (name == QLatin1String("hide")) {
         hide();
     } else if (name == QLatin1String("resize")) {
@@ -342,7 +420,8 @@ void EditorWindow::showHelp()
     QMessageBox help(QMessageBox::Information, tr("操作帮助"),
                      tr("左键拖动：旋转\n中键、右键或 "
                         "Shift+左键拖动：平移\n滚轮：缩放\n单击：选中对象，双击：放大到选中对象\n\n"
-                        "F 适应全部　Z 适应选中\n0 轴测　7 俯视　1 正视　3 侧视\nCtrl+S 保存　Ctrl+F 搜索　Ctrl+N 新建BIM工程"),
+                        "F 适应全部　Z 适应选中\n0 轴测　7 俯视　1 正视　3 侧视\nCtrl+S 保存　Ctrl+F "
+                        "搜索　Ctrl+N 新建BIM工程\nF5 重新读取工程中的模型"),
                      QMessageBox::Ok, this);
     Native::AnnouncePosition(winId());
     m_home.reportDialog(true);

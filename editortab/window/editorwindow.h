@@ -4,6 +4,7 @@
 #include "editortab/document/document.h"
 #include "editortab/document/modelloader.h"
 #include "editortab/home/homelink.h"
+#include "editortab/window/floorlist.h"
 #include "editortab/window/objecttree.h"
 
 #include <memory>
@@ -13,6 +14,7 @@
 
 class QLabel;
 class QLineEdit;
+class QListView;
 class QTreeView;
 
 namespace editortab
@@ -46,10 +48,16 @@ private:
     void placeOverlays();
     void build();
     [[nodiscard]] QWidget* buildTreePanel();
+    [[nodiscard]] QWidget* buildFloorPanel();
     [[nodiscard]] QWidget* buildNewProjectButton();
     [[nodiscard]] QWidget* buildCentre();
     void connectParts();
+    /// Shows the document as it is now, and begins to read its models.
+    void showDocument();
+    /// Shows what others have brought into the project meanwhile.
+    void reload();
     void takeModel(int index, const SharedModel& model);
+    void applyFloors(int model);
     void obey(const QString& name, const QJsonObject& message);
     void takeSize(const QJsonObject& message);
     void save();
@@ -66,6 +74,8 @@ private:
     std::unique_ptr<ModelLoader> m_loader;
     ObjectTree m_tree;
     QSortFilterProxyModel m_filter;
+    FloorList m_floors;
+    QWidget* m_floorPanel = nullptr; ///< seen when there are floors
     QTreeView* m_treeView = nullptr;
     QLineEdit* m_search = nullptr;
     SceneView* m_view = nullptr;
@@ -76,6 +86,7 @@ private:
     std::vector<int> m_viewModels; ///< by model of the document: its number in the view, -1 until it is there
     std::vector<SharedModel> m_loaded;
     int m_modelsDone = 0;
+    int m_timesShown = 0; ///< that the document has been shown anew
     bool m_isWindowReported = false;
     bool m_isDiscarding = false; ///< the user gave up the changes
 };

@@ -24,10 +24,10 @@ QLabel#fact { color: #b8b8bd; }
 QLineEdit, QPlainTextEdit { background: #1f1f21; border: 1px solid #4a4a50; border-radius: 3px; padding: 4px 8px;
     selection-background-color: #1473e6; }
 QLineEdit:focus, QPlainTextEdit:focus { border-color: #1473e6; }
-QTreeView { background: #2e2e2e; border: none; outline: none; show-decoration-selected: 1; }
-QTreeView::item { height: 28px; }
-QTreeView::item:hover { background: #38383c; }
-QTreeView::item:selected { background: #2f4a73; color: #ffffff; }
+QTreeView, QListView { background: #2e2e2e; border: none; outline: none; show-decoration-selected: 1; }
+QTreeView::item, QListView::item { height: 28px; }
+QTreeView::item:hover, QListView::item:hover { background: #38383c; }
+QTreeView::item:selected, QListView::item:selected { background: #2f4a73; color: #ffffff; }
 QHeaderView { background: #2e2e2e; }
 QScrollBar:vertical { background: transparent; width: 8px; margin: 0; }
 QScrollBar::handle:vertical { background: #4d4d55; border-radius: 4px; min-height: 32px; }

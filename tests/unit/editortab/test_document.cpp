@@ -4,66 +4,12 @@
 #include "ZRSmartDB/zrdatabase.h"
 #include "ZRSmartDB/zrdbdirector.h"
 #include "filesizelimit.h"
-#include "smartdb/data/projectfile.h"
+#include "projects.h"
 
-#include <filesystem>
-
-#include <QCoreApplication>
-#include <QDir>
 #include <QSignalSpy>
 #include <QTest>
 
 using editortab::Document;
-using ZRSmartDB::ProjectFile;
-
-namespace
-{
-
-const std::string scene = "5b0f6a52-6c1e-4d0b-9a35-1f1d6b7c0a01";
-const std::string house = "5b0f6a52-6c1e-4d0b-9a35-1f1d6b7c0a02";
-const std::string tower = "5b0f6a52-6c1e-4d0b-9a35-1f1d6b7c0a03";
-const std::string walls = "5b0f6a52-6c1e-4d0b-9a35-1f1d6b7c0a04";
-const std::string roof = "5b0f6a52-6c1e-4d0b-9a35-1f1d6b7c0a05";
-
-QString DataFolder()
-{
-    return QCoreApplication::applicationDirPath() + "/data";
-}
-
-std::filesystem::path FolderOf(const std::string& guid)
-{
-    return DataFolder().toStdString() + "/proj_" + guid;
-}
-
-void Create(const std::string& guid, const std::string& name, const std::string& type, double x, double y,
-            double z)
-{
-    ZRSmartDB::ProjectHead head;
-    head.guid = guid;
-    head.name = name;
-    head.type = type;
-    head.longitude = x;
-    head.latitude = y;
-    head.height = z;
-    ProjectFile::create(FolderOf(guid), head);
-}
-
-/// What another program finds in the project afterwards.
-ZRSmartDB::ProjectHead HeadOf(const std::string& guid)
-{
-    return ProjectFile(FolderOf(guid)).readHead();
-}
-
-editortab::StartMessage Start(const std::string& guid, const QStringList& subProjects = {})
-{
-    editortab::StartMessage start;
-    start.tabName = QString::fromStdString(guid);
-    start.ipcServer = "home";
-    start.subProjects = subProjects;
-    return start;
-}
-
-} // namespace
 
 /// The opened project over the real project database, without a server.
 class TestDocument : public QObject
@@ -94,6 +40,12 @@ private slots:
     void savingWithoutAChangeWritesAndSaysNothing();
     void saveThatFailsIsToldAndCanBeTriedAgain();
     void nothingCanBeChangedBeforeItIsOpen();
+
+    void importedModelIsThereAfterReloading();
+    void modelThatWasTakenAwayIsGoneAfterReloading();
+    void reloadingTellsWhenNothingHasChanged();
+    void reloadingWaitsForUnsavedChanges();
+    void nothingIsReloadedBeforeItIsOpen();
 };
 
 /// A scene in Shanghai with two buildings, one with two models.
@@ -318,6 +270,67 @@ void TestDocument::nothingCanBeChangedBeforeItIsOpen()
     document.setNote("b");
     QVERIFY(!document.isModified());
     QCOMPARE(document.name(), QString());
+}
+
+void TestDocument::importedModelIsThereAfterReloading()
+{
+    Document document(Start(tower));
+    QCOMPARE(document.open(), QString());
+    QVERIFY(document.models().empty());
+    ZRSmartDB::ProjectChange change;
+    change.putModels = {{walls, "墙", "MODEL", {}}};
+    ProjectFile(FolderOf(tower)).write(change);
+    QVERIFY(document.reload());
+    QCOMPARE(document.models().size(), std::size_t(1));
+    QCOMPARE(document.models().at(0).guid, QString::fromStdString(walls));
+    QVERIFY(document.models().at(0).file.endsWith(QString::fromStdString("proj_" + walls + "/model.glb")));
+}
+
+void TestDocument::modelThatWasTakenAwayIsGoneAfterReloading()
+{
+    Document document(Start(house));
+    QCOMPARE(document.open(), QString());
+    QCOMPARE(document.models().size(), std::size_t(2));
+    ZRSmartDB::ProjectChange change;
+    change.removedModels = {walls};
+    ProjectFile(FolderOf(house)).write(change);
+    QVERIFY(document.reload());
+    QCOMPARE(document.models().size(), std::size_t(1));
+    QCOMPARE(document.models().at(0).name, QStringLiteral("屋顶"));
+}
+
+void TestDocument::reloadingTellsWhenNothingHasChanged()
+{
+    Document document(Start(scene, {QString::fromStdString(house)}));
+    QCOMPARE(document.open(), QString());
+    QVERIFY(!document.reload());
+    QCOMPARE(document.models().size(), std::size_t(2));
+    document.setNote("还在");
+    QVERIFY(document.save());
+    QCOMPARE(QString::fromStdString(HeadOf(scene).name), QStringLiteral("外滩"));
+}
+
+void TestDocument::reloadingWaitsForUnsavedChanges()
+{
+    Document document(Start(house));
+    QCOMPARE(document.open(), QString());
+    document.setName("别墅");
+    ZRSmartDB::ProjectChange change;
+    change.removedModels = {walls};
+    ProjectFile(FolderOf(house)).write(change);
+    QVERIFY(!document.reload());
+    QCOMPARE(document.models().size(), std::size_t(2));
+    QCOMPARE(document.name(), QStringLiteral("别墅"));
+    QVERIFY(document.save());
+    QVERIFY(document.reload());
+    QCOMPARE(document.models().size(), std::size_t(1));
+    QCOMPARE(document.name(), QStringLiteral("别墅"));
+}
+
+void TestDocument::nothingIsReloadedBeforeItIsOpen()
+{
+    Document document(Start(house));
+    QVERIFY(!document.reload());
 }
 
 QTEST_GUILESS_MAIN(TestDocument)
