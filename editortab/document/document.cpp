@@ -99,7 +99,9 @@ bool Document::reload()
     const auto models = m_models;
     const auto floors = m_floors;
     // The database keeps what it has read of a project until that is closed.
-    for (const auto& guid : QStringList(m_start.subProjects) << m_start.tabName)
+    QStringList opened = m_start.subProjects;
+    opened.append(m_start.tabName);
+    for (const auto& guid : qAsConst(opened))
         m_database->CloseProject(ZRSmartFormat::GuidFromText(guid.toStdWString()));
     static_cast<void>(openAll());
     const auto isSameModel = [](const ModelEntry& one, const ModelEntry& other) {
