@@ -167,11 +167,15 @@ void TestFloors::floorsOfAProjectWithoutAnyAreNone()
 void TestFloors::floorsOfSeveralBuildingsAreToldApart()
 {
     Create(scene, "外滩", "CIM", 121.5, 31.25, 4);
-    Document document(Start(scene, {QString::fromStdString(house)}));
+    Create(tower, "塔", "BIM", 121.5, 31.25, 4);
+    ZRSmartDB::ProjectChange change;
+    change.putModels = {{walls, "墙", "MODEL", {}}};
+    ProjectFile(FolderOf(tower)).write(change);
+    Document document(Start(scene, {QString::fromStdString(house), QString::fromStdString(tower)}));
     QCOMPARE(document.open(), QString());
     FloorList list;
     list.setDocument(document);
-    QCOMPARE(NamesOf(list), QStringList({"房子　二层", "房子　一层"}));
+    QCOMPARE(NamesOf(list), QStringList({"房子　二层", "房子　一层", "塔　二层", "塔　一层"}));
 }
 
 void TestFloors::hiddenFloorHidesItsNodesAlone()
