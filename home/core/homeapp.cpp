@@ -7,6 +7,7 @@
 #include "ZRSmartDB/zrdbdirector.h"
 #include "ZRSmartDB/zrdbnetaccess.h"
 #include "convert/floorinfomgr.h"
+#include "convert/floormatchedctrl.h"
 #include "convert/serviceconvertmgr.h"
 #include "core/messageboxmgr.h"
 #include "project/localprojectinfomgr.h"
@@ -60,6 +61,7 @@ const std::vector<MgrRow>& MgrTable()
         Row<CWebSDKMgr>({5, 4}),
         Row<CServiceConvertMgr>({6, 1}),
         Row<CFloorInfoMgr>({5, 3}),
+        Row<CFloorMatchedCtrl>({6, 2}),
     };
     // clang-format on
     return table;

@@ -2,6 +2,7 @@
 #include "core/homeapp.h"
 
 #include "convert/floorinfomgr.h"
+#include "convert/floormatchedctrl.h"
 #include "convert/serviceconvertmgr.h"
 #include "core/messageboxmgr.h"
 #include "fakes/fakekyvapi.h"
@@ -45,7 +46,7 @@ const std::vector<std::type_index> visitOrder = {
     typeid(CProjectMgr),         typeid(CLocalProjectInfoMgr), typeid(CTabMgr),
     typeid(CInfoCardController), typeid(CFloorInfoMgr),        typeid(CWebSDKMgr),
     typeid(CGridViewController), typeid(CEditorControl),       typeid(CMessageBoxMgr),
-    typeid(CServiceConvertMgr),
+    typeid(CServiceConvertMgr),  typeid(CFloorMatchedCtrl),
 };
 
 QString PropertyOf(const char* name)
@@ -247,6 +248,7 @@ void TestHomeApp::getMgrFindsEachManager()
     QVERIFY(App().GetMgr<CWebSDKMgr>() != nullptr);
     QVERIFY(App().GetMgr<CServiceConvertMgr>() != nullptr);
     QVERIFY(App().GetMgr<CFloorInfoMgr>() != nullptr);
+    QVERIFY(App().GetMgr<CFloorMatchedCtrl>() != nullptr);
     // The cast of a manager with several bases must not be off.
     QCOMPARE(App().GetMgr<CTabMgr>()->metaObject(), &CTabMgr::staticMetaObject);
     QCOMPARE(App().GetMgr<CMessageBoxMgr>()->metaObject(), &CMessageBoxMgr::staticMetaObject);
@@ -290,13 +292,14 @@ void TestHomeApp::registerContextPublishesWhatTheScreensBindTo()
         {"messageBoxMgr", App().GetMgr<CMessageBoxMgr>()},
         {"webSdkMgr", App().GetMgr<CWebSDKMgr>()},
         {"serviceConvertMgr", App().GetMgr<CServiceConvertMgr>()},
+        {"floorMatchedCtrl", App().GetMgr<CFloorMatchedCtrl>()},
     };
     for (const auto& [name, object] : published) {
         QVERIFY2(object != nullptr, qPrintable(name));
         QVERIFY2(context->contextProperty(name).value<QObject*>() == object, qPrintable(name));
     }
-    for (const char* name :
-         {"proInfoModel", "orgModel", "gridViewModel", "leftPanelModel", "propObject", "serviceConvertModel"})
+    for (const char* name : {"proInfoModel", "orgModel", "gridViewModel", "leftPanelModel", "propObject",
+                             "serviceConvertModel", "floorModel"})
         QVERIFY2(context->contextProperty(name).value<QObject*>() != nullptr, name);
 }
 
@@ -325,7 +328,7 @@ void TestHomeApp::unInitRunsAllBodiesBeforeAnyManagerIsDestroyed()
     });
     App().UnInit();
     QCOMPARE(Fakes::Calls().filter(QRegExp("FreeIDBDirector|tab gone|~")),
-             QStringList({"FreeIDBDirector()", "tab gone, managers: 10", "~CServiceConvertMgr"}));
+             QStringList({"FreeIDBDirector()", "tab gone, managers: 11", "~CServiceConvertMgr"}));
 }
 
 void TestHomeApp::secondInitReplacesTheManagersWithoutTheirUnInit()
