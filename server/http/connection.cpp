@@ -213,7 +213,7 @@ net::awaitable<void> Connection::write(Reply& reply, unsigned version, bool keep
         message.set(http::field::content_type, reply.contentType);
     if (reply.status != 204 && reply.status != 304)
         message.content_length(reply.contentLength());
-    const bool isSimple = withBody && reply.ranges.empty() && !reply.sharedBody;
+    const bool isSimple = withBody && reply.ranges.empty() && !reply.sharedBody && !reply.source;
     if (isSimple)
         message.body() = std::move(reply.body);
 
@@ -226,10 +226,28 @@ net::awaitable<void> Connection::write(Reply& reply, unsigned version, bool keep
     co_await http::async_write_header(m_socket, serializer, net::use_awaitable);
     if (!withBody)
         co_return;
+    if (reply.source)
+        co_await stream(*reply.source);
     if (reply.sharedBody)
         co_await net::async_write(m_socket, net::buffer(*reply.sharedBody), net::use_awaitable);
     for (const auto& range : reply.ranges)
         co_await pump(range);
+}
+
+net::awaitable<void> Connection::stream(BodySource& source)
+{
+    std::string bytes;
+    const auto work = [&]() -> net::awaitable<void> {
+        bytes = source.next();
+        co_return;
+    };
+    while (true) {
+        co_await net::co_spawn(m_shared.pool, work, net::use_awaitable);
+        if (bytes.empty())
+            co_return;
+        allow(stepTime);
+        co_await net::async_write(m_socket, net::buffer(bytes), net::use_awaitable);
+    }
 }
 
 #ifdef __linux__

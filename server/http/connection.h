@@ -52,6 +52,7 @@ private:
     boost::asio::awaitable<void> askWhetherLarge(const Header& header, bool& isLarge);
     boost::asio::awaitable<void> answerTo(const Request& request, Reply& reply);
     boost::asio::awaitable<void> write(Reply& reply, unsigned version, bool keepAlive, bool withBody);
+    boost::asio::awaitable<void> stream(BodySource& source);
     boost::asio::awaitable<void> pump(const PackRange& range);
     void allow(std::chrono::seconds time) { m_deadline = Clock::now() + time; }
     void close();

@@ -43,6 +43,8 @@ bool Decode(std::string_view encoded, std::string& decoded)
 
 std::uint64_t Reply::contentLength() const
 {
+    if (ranges.empty() && source)
+        return source->size();
     if (ranges.empty())
         return sharedBody ? sharedBody->size() : body.size();
     std::uint64_t length = 0;

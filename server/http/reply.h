@@ -29,14 +29,27 @@ struct Request {
     std::string body;
 };
 
-/// An answer: a body in memory, or stretches of pack files that are pumped straight into the connection.
+/// A body that is made while it is sent. One thread at a time.
+class BodySource
+{
+public:
+    virtual ~BodySource() = default;
+    /// All its bytes.
+    [[nodiscard]] virtual std::uint64_t size() const = 0;
+    /// The next ones, none at the end. May wait for the disk. Throws std::exception.
+    [[nodiscard]] virtual std::string next() = 0;
+};
+
+/// An answer: a body in memory, one that is made while it is sent, or stretches of pack files that are pumped
+/// straight into the connection.
 struct Reply {
     unsigned status = 200;
     std::string contentType;
     std::vector<std::pair<std::string, std::string>> headers;
     std::string body;
     std::shared_ptr<const std::string> sharedBody; ///< takes the place of `body` when it is set
-    std::vector<PackRange> ranges;                 ///< take the place of both when there are any
+    std::shared_ptr<BodySource> source;            ///< takes the place of both when it is set
+    std::vector<PackRange> ranges;                 ///< take the place of all when there are any
 
     [[nodiscard]] std::uint64_t contentLength() const;
 };
