@@ -33,7 +33,7 @@ struct Job {
     std::string archive; ///< id
     std::string path;
     std::string name;     ///< of the model
-    std::string oldModel; ///< whose place the model takes; empty for none
+    std::string oldModel; ///< whose place the model takes; empty for none, and once it has failed
     int mode = 0;         ///< of the converter
     JobStatus status = JobStatus::waiting;
     double percent = 0.0;
@@ -45,6 +45,15 @@ struct ConversionFailure {
     std::string name;
     std::string reason;
     std::int64_t happened = 0; ///< seconds since 1970
+};
+
+/// A job as a list of the jobs of many projects tells it.
+struct ListedJob {
+    Job job;
+    std::string project;    ///< name of the building project
+    std::string reason;     ///< why it has failed, empty unless it has
+    std::int64_t ended = 0; ///< seconds since 1970; 0 unless it has failed or come to a model
+    bool mayChange = false; ///< the account that asks may end it, or have it done again
 };
 
 /// A model that is there to be used.
@@ -104,6 +113,12 @@ public:
     /// Takes a job out, whatever it is at, unless it has come to a model; gives its archive's id. Nothing
     /// when there is no such job.
     [[nodiscard]] virtual std::optional<std::string> removeJob(const std::string& id) = 0;
+    /// What runs, then what waits, then what has ended, the last one first, of the projects that an account
+    /// sees; the first two hundred.
+    [[nodiscard]] virtual std::vector<ListedJob> visibleJobs(std::int64_t account) = 0;
+    /// Puts a failed job at the end of the queue. It takes the old model's place if that is still there.
+    /// False when there is no such failed job, or its archive has gone.
+    [[nodiscard]] virtual bool retryJob(const std::string& id) = 0;
     [[nodiscard]] virtual std::vector<ConversionFailure> failuresOf(const std::string& guid) = 0;
     [[nodiscard]] virtual std::vector<UsableModel> modelsOf(const std::string& guid) = 0;
 

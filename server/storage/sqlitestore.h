@@ -73,6 +73,8 @@ public:
     [[nodiscard]] std::vector<Job> jobsOf(const std::string& guid) override;
     [[nodiscard]] std::optional<Job> findJob(const std::string& id) override;
     [[nodiscard]] std::optional<std::string> removeJob(const std::string& id) override;
+    [[nodiscard]] std::vector<ListedJob> visibleJobs(std::int64_t account) override;
+    [[nodiscard]] bool retryJob(const std::string& id) override;
     [[nodiscard]] std::vector<ConversionFailure> failuresOf(const std::string& guid) override;
     [[nodiscard]] std::vector<UsableModel> modelsOf(const std::string& guid) override;
     [[nodiscard]] std::optional<Job> takeJob(const std::string& worker, std::int64_t until) override;

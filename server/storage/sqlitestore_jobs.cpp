@@ -8,10 +8,12 @@ namespace server
 namespace
 {
 
-constexpr const char* jobColumns =
-    "SELECT id, guid, account, archive, path, name, old_model, mode, status, percent, "
+// Nothing takes the place of a failed job's old model, unless the job is done again.
+constexpr const char* columns =
+    "SELECT id, guid, account, archive, path, name, CASE status WHEN 4 THEN '' ELSE old_model END, mode, "
+    "status, percent, "
     "CASE status WHEN 6 THEN (SELECT count(*) FROM jobs w WHERE w.status = 6 AND w.number <= jobs.number) "
-    "ELSE 0 END FROM jobs ";
+    "ELSE 0 END";
 
 /// The finished archive at a path.
 std::optional<Archive> FinishedAt(SqliteStore::Lease& connection, const Job& job)
@@ -74,7 +76,7 @@ static Job JobOf(SQLite::Statement& row)
 
 std::optional<Job> FindJob(SqliteStore::Lease& connection, const std::string& id)
 {
-    static const std::string query = std::string(jobColumns) + "WHERE id = ?";
+    static const std::string query = std::string(columns) + " FROM jobs WHERE id = ?";
     auto& row = connection.prepare(query.c_str());
     row.bind(1, id);
     return row.executeStep() ? std::optional(JobOf(row)) : std::nullopt;
@@ -124,7 +126,7 @@ SqliteStore::AddAnswer SqliteStore::addJob(Job& job, const std::string& md5)
 std::vector<Job> SqliteStore::jobsOf(const std::string& guid)
 {
     static const std::string query =
-        std::string(jobColumns) + "WHERE guid = ? AND status <> 2 ORDER BY number";
+        std::string(columns) + " FROM jobs WHERE guid = ? AND status <> 2 ORDER BY number";
     auto connection = lease();
     auto& row = connection.prepare(query.c_str());
     row.bind(1, guid);
@@ -157,6 +159,43 @@ std::optional<std::string> SqliteStore::removeJob(const std::string& id)
     }
     transaction.commit();
     return job->archive;
+}
+
+std::vector<ListedJob> SqliteStore::visibleJobs(std::int64_t account)
+{
+    static const std::string query =
+        std::string(columns) +
+        ", coalesce((SELECT name FROM projects p WHERE p.guid = jobs.guid), ''), "
+        "CASE status WHEN 4 THEN coalesce((SELECT reason FROM conversion_failures f WHERE f.guid = jobs.guid "
+        "AND f.id = jobs.id ORDER BY f.number DESC LIMIT 1), '') ELSE '' END, "
+        "CASE WHEN status IN (2, 4) THEN ended ELSE 0 END, "
+        "EXISTS (SELECT 1 FROM projects p JOIN accounts a ON a.id = ?1 WHERE p.guid = jobs.guid "
+        "AND (p.owner = a.id OR p.organisation = a.organisation)) FROM jobs "
+        "WHERE guid IN (SELECT p.guid FROM projects p JOIN accounts a ON a.id = ?1 "
+        "WHERE p.owner = a.id OR p.organisation = a.organisation OR p.is_demo) "
+        "ORDER BY CASE status WHEN 3 THEN 0 WHEN 6 THEN 1 ELSE 2 END, "
+        "CASE WHEN status IN (3, 6) THEN number ELSE -ended END, number LIMIT 200";
+    auto connection = lease();
+    auto& row = connection.prepare(query.c_str());
+    row.bind(1, account);
+    std::vector<ListedJob> jobs;
+    while (row.executeStep())
+        jobs.push_back({JobOf(row), row.getColumn(11).getString(), row.getColumn(12).getString(),
+                        row.getColumn(13).getInt64(), row.getColumn(14).getInt() != 0});
+    return jobs;
+}
+
+bool SqliteStore::retryJob(const std::string& id)
+{
+    auto connection = lease();
+    auto& update = connection.prepare(
+        "UPDATE jobs SET status = 6, percent = 0, attempts = 0, ended = 0, "
+        "number = (SELECT max(number) FROM jobs) + 1, "
+        "old_model = coalesce((SELECT p.guid FROM projects p WHERE p.guid = jobs.old_model "
+        "AND p.parent = jobs.guid AND p.head <> ''), '') "
+        "WHERE id = ? AND status = 4 AND EXISTS (SELECT 1 FROM archives r WHERE r.id = jobs.archive)");
+    update.bind(1, id);
+    return update.exec() > 0;
 }
 
 std::vector<ConversionFailure> SqliteStore::failuresOf(const std::string& guid)

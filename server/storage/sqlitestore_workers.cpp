@@ -79,9 +79,8 @@ void EndFailed(SqliteStore::Lease& connection, const std::string& id, const std:
     insert.bind(2, now);
     insert.bind(3, id);
     insert.exec();
-    // The old model stays: nothing is to take its place any more.
-    auto& update = connection.prepare(
-        "UPDATE jobs SET status = 4, percent = 0, worker = '', old_model = '', ended = ? WHERE id = ?");
+    auto& update =
+        connection.prepare("UPDATE jobs SET status = 4, percent = 0, worker = '', ended = ? WHERE id = ?");
     update.bind(1, now);
     update.bind(2, id);
     update.exec();
