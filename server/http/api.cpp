@@ -77,6 +77,10 @@ Reply Api::answer(const Request& request)
 {
     try {
         return request.isForPage ? m_pages.answer(request) : route(request);
+    } catch (const DiskFull& exception) {
+        std::cerr << request.method << " failed: " << exception.what() << '\n';
+        return request.isForPage ? m_pages.failure(request)
+                                 : ErrorReply(507, code::diskFull, "the disk of the project server is full");
     } catch (const std::exception& exception) {
         std::cerr << request.method << " failed: " << exception.what() << '\n';
         return request.isForPage

@@ -34,7 +34,7 @@ public:
     Api(Store& store, const std::filesystem::path& packs, const std::filesystem::path& archives,
         const Times& times);
 
-    /// Never throws: what goes wrong inside becomes an answer with the status 500.
+    /// Never throws: what goes wrong inside becomes an answer with the status 500, or 507 on a full disk.
     [[nodiscard]] Reply answer(const Request& request);
 
     /// Whether a request is answered without any waiting.

@@ -152,8 +152,6 @@ Reply Api::routeUpload(const Request& request, const Session& session)
             return request.method == "POST" ? commitUpload(path[1], path[3]) : wrongMethod();
     } catch (const UploadRefused& refusal) {
         return RefusalReply(refusal);
-    } catch (const DiskFull&) {
-        return ErrorReply(507, code::diskFull, "the disk of the project server is full");
     }
     return ErrorReply(404, code::missing, "there is no such thing here");
 }

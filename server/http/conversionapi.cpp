@@ -3,7 +3,6 @@
 
 #include "server/accounts/token.h"
 #include "server/http/conversionbodies.h"
-#include "server/storage/packs.h"
 
 #include <algorithm>
 #include <ctime>
@@ -64,8 +63,6 @@ Reply Guarded(const std::function<Reply()>& answer)
         return answer();
     } catch (const ConversionRefused& refusal) {
         return ErrorReply(refusal.status(), refusal.code(), refusal.what());
-    } catch (const DiskFull&) {
-        return ErrorReply(507, code::diskFull, "the disk of the project server is full");
     }
 }
 

@@ -39,6 +39,65 @@ inline std::optional<std::int64_t> IdAt(SQLite::Statement& statement, int index)
     return statement.getColumn(index).getInt64();
 }
 
+/// Throws DiskFull when that is what an operation of SQLite has failed for.
+void TellFullDisk(const SQLite::Exception& failure, sqlite3* database);
+
+/// Does something with a database. Throws DiskFull on a full disk, and what SQLite throws.
+template<typename Work>
+auto TellingFullDisk(sqlite3* database, Work work)
+{
+    try {
+        return work();
+    } catch (const SQLite::Exception& failure) {
+        TellFullDisk(failure, database);
+        throw;
+    }
+}
+
+/// A statement that throws DiskFull on a full disk.
+class Statement : public SQLite::Statement
+{
+public:
+    Statement(const SQLite::Database& database, const char* text)
+        : SQLite::Statement(database, text)
+        , m_database(database.getHandle())
+    {
+    }
+
+    bool executeStep()
+    {
+        return TellingFullDisk(m_database, [this] { return SQLite::Statement::executeStep(); });
+    }
+    int exec()
+    {
+        return TellingFullDisk(m_database, [this] { return SQLite::Statement::exec(); });
+    }
+
+private:
+    sqlite3* m_database;
+};
+
+/// A transaction that throws DiskFull on a full disk.
+class Transaction
+{
+public:
+    explicit Transaction(SQLite::Database& database,
+                         SQLite::TransactionBehavior behavior = SQLite::TransactionBehavior::IMMEDIATE)
+        : m_database(database.getHandle())
+        , m_transaction(TellingFullDisk(m_database, [&] { return SQLite::Transaction(database, behavior); }))
+    {
+    }
+
+    void commit()
+    {
+        TellingFullDisk(m_database, [this] { m_transaction.commit(); });
+    }
+
+private:
+    sqlite3* m_database;
+    SQLite::Transaction m_transaction;
+};
+
 /// A connection with its prepared statements. For one thread at a time.
 class SqliteStore::Connection
 {
@@ -46,15 +105,17 @@ public:
     explicit Connection(const std::filesystem::path& file)
         : database(file.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE, busyMilliseconds)
     {
-        database.exec("PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL; PRAGMA foreign_keys=ON;");
+        TellingFullDisk(database.getHandle(), [this] {
+            database.exec("PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL; PRAGMA foreign_keys=ON;");
+        });
     }
 
     /// A statement ready to be bound; made once for each text.
-    SQLite::Statement& prepare(const char* text)
+    Statement& prepare(const char* text)
     {
         auto& statement = m_statements[text];
         if (!statement)
-            statement = std::make_unique<SQLite::Statement>(database, text);
+            statement = std::make_unique<Statement>(database, text);
         statement->tryReset();
         statement->clearBindings();
         return *statement;
@@ -65,7 +126,7 @@ public:
     SQLite::Database database;
 
 private:
-    std::unordered_map<std::string, std::unique_ptr<SQLite::Statement>> m_statements;
+    std::unordered_map<std::string, std::unique_ptr<Statement>> m_statements;
 };
 
 /// A connection while one operation uses it. No statement stays in the middle of its rows when it goes back:
@@ -88,7 +149,7 @@ public:
         m_store.m_free.push_back(std::move(m_connection));
     }
 
-    SQLite::Statement& prepare(const char* text)
+    Statement& prepare(const char* text)
     {
         if (m_used != nullptr)
             m_used->tryReset();
@@ -101,7 +162,7 @@ public:
 private:
     SqliteStore& m_store;
     std::unique_ptr<Connection> m_connection;
-    SQLite::Statement* m_used = nullptr;
+    Statement* m_used = nullptr;
 };
 
 /// Whether a project belongs to the account or to its organisation. Who may see a demonstration project may

@@ -62,7 +62,7 @@ std::vector<Account> SqliteStore::accounts()
 bool SqliteStore::setPassword(const std::string& name, const PasswordHash& password)
 {
     auto connection = lease();
-    SQLite::Transaction transaction(connection.database(), SQLite::TransactionBehavior::IMMEDIATE);
+    Transaction transaction(connection.database());
     auto& update = connection.prepare("UPDATE accounts SET salt = ?, hash = ? WHERE name = ?");
     BindBlob(update, 1, password.salt);
     BindBlob(update, 2, password.hash);
@@ -79,7 +79,7 @@ bool SqliteStore::setPassword(const std::string& name, const PasswordHash& passw
 void SqliteStore::addSession(const wire::Digest& token, std::int64_t account, std::int64_t expires)
 {
     auto connection = lease();
-    SQLite::Transaction transaction(connection.database(), SQLite::TransactionBehavior::IMMEDIATE);
+    Transaction transaction(connection.database());
     connection.prepare("DELETE FROM sessions WHERE expires <= unixepoch()").exec();
     auto& insert = connection.prepare("INSERT INTO sessions(token, account, expires) VALUES(?, ?, ?)");
     BindDigest(insert, 1, token);

@@ -53,7 +53,7 @@ Archive SqliteStore::beginArchive(const Archive& archive, std::int64_t now,
                                   std::vector<std::string>& replaced)
 {
     auto connection = lease();
-    SQLite::Transaction transaction(connection.database(), SQLite::TransactionBehavior::IMMEDIATE);
+    Transaction transaction(connection.database());
     const auto standing = ArchiveAt(connection, archive.account, archive.path);
     if (standing && standing->size == archive.size) {
         auto& touch = connection.prepare("UPDATE archives SET touched = ? WHERE id = ?");
@@ -132,7 +132,7 @@ std::vector<std::string> SqliteStore::forgetArchives(std::int64_t before)
     }
     if (ids.empty())
         return ids;
-    SQLite::Transaction transaction(connection.database(), SQLite::TransactionBehavior::IMMEDIATE);
+    Transaction transaction(connection.database());
     static const std::string removal =
         std::string("DELETE FROM archives WHERE id = ? AND touched <= ? AND ") + unusedByJobs;
     std::erase_if(ids, [&](const std::string& id) {

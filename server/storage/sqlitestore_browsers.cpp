@@ -16,7 +16,7 @@ constexpr std::int64_t remembered = 3600;
 void SqliteStore::addTicket(const wire::Digest& ticket, const wire::Digest& session, std::int64_t expires)
 {
     auto connection = lease();
-    SQLite::Transaction transaction(connection.database(), SQLite::TransactionBehavior::IMMEDIATE);
+    Transaction transaction(connection.database());
     auto& forget = connection.prepare("DELETE FROM tickets WHERE expires < unixepoch() - ?");
     forget.bind(1, remembered);
     forget.exec();
@@ -35,7 +35,7 @@ TicketUse SqliteStore::useTicket(const wire::Digest& ticket, std::int64_t now, c
                                  std::int64_t cookieExpires)
 {
     auto connection = lease();
-    SQLite::Transaction transaction(connection.database(), SQLite::TransactionBehavior::IMMEDIATE);
+    Transaction transaction(connection.database());
     auto& row = connection.prepare("SELECT is_used, expires FROM tickets WHERE name = ?");
     BindDigest(row, 1, ticket);
     if (!row.executeStep())

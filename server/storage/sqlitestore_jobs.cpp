@@ -95,7 +95,7 @@ void LeaveConverting(SqliteStore::Lease& connection, const std::string& id)
 SqliteStore::AddAnswer SqliteStore::addJob(Job& job, const std::string& md5)
 {
     auto connection = lease();
-    SQLite::Transaction transaction(connection.database(), SQLite::TransactionBehavior::IMMEDIATE);
+    Transaction transaction(connection.database());
     const auto archive = FinishedAt(connection, job);
     if (const auto standing = JobFor(connection, archive, job)) {
         job.id = *standing;
@@ -145,7 +145,7 @@ std::optional<Job> SqliteStore::findJob(const std::string& id)
 std::optional<std::string> SqliteStore::removeJob(const std::string& id)
 {
     auto connection = lease();
-    SQLite::Transaction transaction(connection.database(), SQLite::TransactionBehavior::IMMEDIATE);
+    Transaction transaction(connection.database());
     const auto job = FindJob(connection, id);
     if (!job || job->status == JobStatus::done)
         return std::nullopt;

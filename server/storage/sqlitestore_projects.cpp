@@ -121,7 +121,7 @@ bool SqliteStore::mayChange(std::int64_t account, const std::string& guid)
 void SqliteStore::putProject(const Project& project)
 {
     auto connection = lease();
-    SQLite::Transaction transaction(connection.database(), SQLite::TransactionBehavior::IMMEDIATE);
+    Transaction transaction(connection.database());
     auto& put = connection.prepare(
         "INSERT INTO projects(guid, type, name, record, owner, organisation, is_demo, parent) "
         "VALUES(?, ?, ?, ?, ?, ?, ?, ?) ON CONFLICT(guid) DO UPDATE SET type = excluded.type, name = "
@@ -144,7 +144,7 @@ void SqliteStore::putProject(const Project& project)
 void SqliteStore::setName(const std::string& guid, const std::string& name)
 {
     auto connection = lease();
-    SQLite::Transaction transaction(connection.database(), SQLite::TransactionBehavior::IMMEDIATE);
+    Transaction transaction(connection.database());
     auto& update = connection.prepare("UPDATE projects SET name = ? WHERE guid = ?");
     update.bind(1, name);
     update.bind(2, guid);
@@ -156,7 +156,7 @@ void SqliteStore::setName(const std::string& guid, const std::string& name)
 void SqliteStore::setStatus(const std::string& guid, ProjectStatus status)
 {
     auto connection = lease();
-    SQLite::Transaction transaction(connection.database(), SQLite::TransactionBehavior::IMMEDIATE);
+    Transaction transaction(connection.database());
     auto& update = connection.prepare("UPDATE projects SET status = ? WHERE guid = ?");
     update.bind(1, static_cast<int>(status));
     update.bind(2, guid);

@@ -157,7 +157,7 @@ std::optional<PieceLocation> SqliteStore::findPiece(const wire::Digest& name)
 std::vector<std::optional<PieceLocation>> SqliteStore::findPieces(std::span<const wire::Piece> pieces)
 {
     auto connection = lease();
-    SQLite::Transaction transaction(connection.database(), SQLite::TransactionBehavior::DEFERRED);
+    Transaction transaction(connection.database(), SQLite::TransactionBehavior::DEFERRED);
     auto& row = connection.prepare(pieceQuery);
     std::vector<std::optional<PieceLocation>> locations(pieces.size());
     for (const auto index : OrderOfNames(pieces, [](const wire::Piece& piece) { return piece.name; })) {
@@ -172,7 +172,7 @@ std::vector<std::optional<PieceLocation>> SqliteStore::findPieces(std::span<cons
 void SqliteStore::addPieces(std::span<const StoredPiece> pieces)
 {
     auto connection = lease();
-    SQLite::Transaction transaction(connection.database(), SQLite::TransactionBehavior::IMMEDIATE);
+    Transaction transaction(connection.database());
     InsertPieces(connection, pieces);
     transaction.commit();
 }
@@ -181,7 +181,7 @@ void SqliteStore::commitRevision(const std::string& guid, const Revision& revisi
                                  std::span<const StoredPiece> newPieces)
 {
     auto connection = lease();
-    SQLite::Transaction transaction(connection.database(), SQLite::TransactionBehavior::IMMEDIATE);
+    Transaction transaction(connection.database());
     InsertPieces(connection, newPieces);
     InsertRevision(connection, guid, revision);
     transaction.commit();
@@ -191,7 +191,7 @@ UploadAnswer SqliteStore::beginUpload(const UploadLease& lease, const Project& p
                                       const std::optional<std::string>& base)
 {
     auto connection = this->lease();
-    SQLite::Transaction transaction(connection.database(), SQLite::TransactionBehavior::IMMEDIATE);
+    Transaction transaction(connection.database());
     const auto standing = StandingOf(connection, lease);
     if (standing && !MayChange(connection, project.owner, lease.guid))
         return UploadAnswer::notAllowed;
@@ -235,7 +235,7 @@ UploadAnswer SqliteStore::commitUpload(const UploadLease& lease, const Project& 
                                        std::span<const StoredPiece> newPieces)
 {
     auto connection = this->lease();
-    SQLite::Transaction transaction(connection.database(), SQLite::TransactionBehavior::IMMEDIATE);
+    Transaction transaction(connection.database());
     const auto standing = StandingOf(connection, lease);
     if (!standing || standing->uploadId != lease.id)
         return UploadAnswer::gone;
@@ -259,7 +259,7 @@ UploadAnswer SqliteStore::commitUpload(const UploadLease& lease, const Project& 
 void SqliteStore::endUpload(const UploadLease& lease, ProjectStatus status)
 {
     auto connection = this->lease();
-    SQLite::Transaction transaction(connection.database(), SQLite::TransactionBehavior::IMMEDIATE);
+    Transaction transaction(connection.database());
     const auto standing = StandingOf(connection, lease);
     if (!standing || standing->uploadId != lease.id)
         return;
@@ -281,7 +281,7 @@ std::vector<std::string> SqliteStore::endStaleUploads(std::int64_t now)
     std::vector<std::string> ended;
     if (stale.empty())
         return ended;
-    SQLite::Transaction transaction(connection.database(), SQLite::TransactionBehavior::IMMEDIATE);
+    Transaction transaction(connection.database());
     for (const auto& lease : stale) {
         auto& remove = connection.prepare("DELETE FROM uploads WHERE guid = ? AND id = ? AND until <= ?");
         remove.bind(1, lease.guid);

@@ -102,7 +102,7 @@ std::optional<Job> SqliteStore::takeJob(const std::string& worker, std::int64_t 
     if (!NextJob(connection))
         return std::nullopt;
     connection.prepare("SELECT 1");
-    SQLite::Transaction transaction(connection.database(), SQLite::TransactionBehavior::IMMEDIATE);
+    Transaction transaction(connection.database());
     const auto id = NextJob(connection);
     if (!id)
         return std::nullopt;
@@ -136,7 +136,7 @@ PublishAnswer SqliteStore::publishModel(const Job& job, const std::string& worke
                                         const Publication& publication, std::int64_t now)
 {
     auto connection = lease();
-    SQLite::Transaction transaction(connection.database(), SQLite::TransactionBehavior::IMMEDIATE);
+    Transaction transaction(connection.database());
     if (!IsWorkers(connection, job.id, worker))
         return PublishAnswer::gone;
     if (HeadOf(connection, job.guid) != publication.buildingBase)
@@ -156,7 +156,7 @@ void SqliteStore::failJob(const std::string& id, const std::string& worker, cons
                           std::int64_t now)
 {
     auto connection = lease();
-    SQLite::Transaction transaction(connection.database(), SQLite::TransactionBehavior::IMMEDIATE);
+    Transaction transaction(connection.database());
     if (!IsWorkers(connection, id, worker))
         return;
     EndFailed(connection, id, reason, now);
@@ -174,7 +174,7 @@ void SqliteStore::reviveJobs(std::int64_t now, int mostAttempts, std::int64_t be
             lost.emplace_back(row.getColumn(0).getString(), row.getColumn(1).getInt());
     }
     for (const auto& [id, attempts] : lost) {
-        SQLite::Transaction transaction(connection.database(), SQLite::TransactionBehavior::IMMEDIATE);
+        Transaction transaction(connection.database());
         auto& check = connection.prepare("SELECT 1 FROM jobs WHERE id = ? AND status = 3 AND until <= ?");
         check.bind(1, id);
         check.bind(2, now);

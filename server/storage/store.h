@@ -75,7 +75,7 @@ enum class UploadAnswer {
 enum class TicketUse { good, usedBefore, expired, unknown };
 
 /// What the server remembers. Every operation is whole or not at all, may be called on any thread, waits for
-/// the database and throws std::exception when that fails.
+/// the database and throws std::exception when that fails, DiskFull when its disk takes no more.
 class Store : public ConversionRecords
 {
 public:
