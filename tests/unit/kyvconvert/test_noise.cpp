@@ -10,6 +10,7 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QMap>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -20,7 +21,8 @@
 #include <assimp/postprocess.h>
 
 /// Sources that are damaged at drawn places. Whatever comes of them, it is a sound model or a reason, and
-/// nothing is left behind. TORVO_FAULTS says how many, TORVO_SEED repeats a run.
+/// nothing is left behind. TORVO_FAULTS says how many, TORVO_SEED repeats a run. Told is how they have ended:
+/// a crash of the reader is an honest end, since it is the child's.
 class TestNoise : public QObject
 {
     Q_OBJECT
@@ -34,10 +36,12 @@ private slots:
 private:
     [[nodiscard]] QString path(const QString& name) const { return m_folder.filePath(name); }
     [[nodiscard]] static QByteArray damaged(QByteArray bytes, FaultPlan& plan, QString& how);
-    [[nodiscard]] static QString findings(const QString& folder, const QString& source);
+    [[nodiscard]] QString findings(const QString& folder, const QString& source);
+    void tellEnds() const;
     void exportAs(const char* format, const QString& name) const;
 
     QTemporaryDir m_folder;
+    QMap<int, int> m_ends; ///< how often the converter has ended with an exit code
 };
 
 void TestNoise::exportAs(const char* format, const QString& name) const
@@ -110,6 +114,7 @@ QString TestNoise::findings(const QString& folder, const QString& source)
                     {"--time", "60", "--memory", "2000", "--mode", "1", source, folder + "/model"});
     if (!converter.waitForFinished(100000) || converter.exitStatus() != QProcess::NormalExit)
         return "the converter itself has died";
+    ++m_ends[converter.exitCode()];
     const auto lines = converter.readAllStandardOutput().trimmed().split('\n');
     const auto last = QJsonDocument::fromJson(lines.last()).object();
     const QDir left(folder);
@@ -128,6 +133,16 @@ QString TestNoise::findings(const QString& folder, const QString& source)
     if (left.entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size() != 1)
         return "something is left: " + left.entryList(QDir::AllEntries | QDir::NoDotAndDotDot).join(' ');
     return {};
+}
+
+void TestNoise::tellEnds() const
+{
+    const QMap<int, const char*> names{{0, "models"},  {3, "refused"},       {4, "not written"},
+                                       {5, "crashed"}, {6, "out of memory"}, {7, "out of time"}};
+    QStringList told;
+    for (auto end = m_ends.begin(); end != m_ends.end(); ++end)
+        told << QStringLiteral("%1 %2").arg(end.value()).arg(names.value(end.key(), "of another kind"));
+    qInfo("%s", qPrintable(told.join(", ")));
 }
 
 void TestNoise::damagedSourceIsAModelOrAReason_data()
@@ -162,6 +177,7 @@ void TestNoise::damagedSourceIsAModelOrAReason()
         QCOMPARE(findings(folder.path(), folder.filePath(source)), QString());
         QVERIFY2(QFile::exists(folder.filePath("model/model.glb")), "the whole source is a model");
     }
+    m_ends.clear();
     FaultPlan plan(share);
     for (int number = 0; number < plan.count(); ++number) {
         const QTemporaryDir folder;
@@ -173,6 +189,7 @@ void TestNoise::damagedSourceIsAModelOrAReason()
         const auto found = findings(folder.path(), target.fileName());
         QVERIFY2(found.isEmpty(), plan.told(number, how.toStdString(), found.toStdString()).c_str());
     }
+    tellEnds();
 }
 
 QTEST_GUILESS_MAIN(TestNoise)
