@@ -61,7 +61,7 @@ Api::Api(Store& store, const std::filesystem::path& packs, const std::filesystem
     , m_revisions(store)
     , m_uploads(store, m_revisions, packs, times.uploadLease)
     , m_conversions(store, archives)
-    , m_pages(store, m_revisions, m_packs)
+    , m_pages(store, m_revisions, m_packs, archives)
     , m_tokenLife(times.tokenLife)
 {
 }

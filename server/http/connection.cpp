@@ -56,6 +56,7 @@ Request RequestOf(const http::request<http::string_body>& message, bool& isValid
     if (query != std::string::npos)
         request.query = target.substr(query + 1);
     request.cookie = Text(message[http::field::cookie]);
+    request.guard = Text(message["X-Torvo-Guard"]);
     request.isEncrypted = message["X-Forwarded-Proto"] == "https";
     request.authorization = Text(message[http::field::authorization]);
     request.ifNoneMatch = Text(message[http::field::if_none_match]);

@@ -57,7 +57,7 @@ std::string TableOf(const std::vector<Line>& lines)
     // The script shows the field when there is enough to search in.
     std::string table =
         "<p class=\"find\" hidden><label>按名称查找 <input type=\"search\" autocomplete=\"off\">"
-        "</label> <output></output></p>\n<table>\n<caption>" +
+        "</label> <output></output></p>\n<table class=\"projects\">\n<caption>" +
         count +
         "</caption>\n<thead><tr><th scope=\"col\">工程名称</th><th scope=\"col\">工程类型</th>"
         "<th scope=\"col\">状态</th><th scope=\"col\">最近更新</th></tr></thead>\n<tbody>\n";
@@ -66,16 +66,25 @@ std::string TableOf(const std::vector<Line>& lines)
     return table + "</tbody>\n</table>\n";
 }
 
+/// The script fills it and keeps it up to date.
+constexpr const char* jobs =
+    "<section class=\"jobs\" hidden>\n<h2>模型转换</h2>\n<p class=\"trouble\" role=\"status\"></p>\n"
+    "<table>\n<thead><tr><th scope=\"col\">模型</th><th scope=\"col\">工程</th><th scope=\"col\">状态</th>"
+    "<th scope=\"col\">操作</th></tr></thead>\n<tbody></tbody>\n</table>\n</section>\n"
+    "<noscript><p>请允许脚本运行，才能看到模型转换的进度。</p></noscript>\n";
+
 } // namespace
 
-Reply ConsolePage(const Session& session, const std::vector<Project>& projects,
+Reply ConsolePage(const Session& session, const std::string& guard, const std::vector<Project>& projects,
                   const std::vector<ProjectState>& states)
 {
-    const PageFrame frame{.title = "工程", .loginName = session.loginName};
+    PageFrame frame{.title = "工程", .loginName = session.loginName};
     const auto lines = LinesOf(projects, states);
     if (lines.empty())
         return NoticeReply(200, frame, "这个帐号还没有工程。", "在程序里新建工程并上传，它就会出现在这里。");
-    return PageReply(200, frame, TableOf(lines));
+    frame.guard = guard;
+    frame.script = "jobs.js";
+    return PageReply(200, frame, TableOf(lines) + jobs);
 }
 
 } // namespace server

@@ -6,6 +6,8 @@
 #include "wire/digest.h"
 
 #include <algorithm>
+#include <functional>
+#include <map>
 
 namespace server
 {
@@ -14,8 +16,9 @@ namespace
 {
 
 /// Everything that a page needs comes from this server, and nothing of it may be put into another site.
-constexpr const char* policy = "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self'; "
-                               "base-uri 'none'; form-action 'none'; frame-ancestors 'none'";
+constexpr const char* policy =
+    "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self'; "
+    "connect-src 'self'; base-uri 'none'; form-action 'none'; frame-ancestors 'none'";
 
 /// The address of an asset, relative to /web. It names the content, so browsers may keep it for ever.
 std::string AssetAddress(const Asset& asset)
@@ -24,12 +27,20 @@ std::string AssetAddress(const Asset& asset)
            "?v=" + wire::ToHex(wire::DigestOf(asset.bytes)).substr(0, 12);
 }
 
-std::string AssetAddress(std::string_view name)
+const std::string& AssetAddress(std::string_view name)
 {
-    for (const auto& asset : Assets())
-        if (asset.name == name)
-            return AssetAddress(asset);
-    return {};
+    static const auto addresses = [] {
+        std::map<std::string, std::string, std::less<>> made;
+        for (const auto& asset : Assets())
+            made.emplace(asset.name, AssetAddress(asset));
+        return made;
+    }();
+    return addresses.find(name)->second;
+}
+
+std::string ScriptElement(const std::string& root, std::string_view name)
+{
+    return "<script src=\"" + root + AssetAddress(name) + "\" defer></script>\n";
 }
 
 std::string UpwardsBy(std::size_t depth)
@@ -42,17 +53,19 @@ std::string UpwardsBy(std::size_t depth)
 
 std::string Head(const PageFrame& frame, const std::string& root)
 {
-    static const std::string style = AssetAddress("style.css");
-    static const std::string script = AssetAddress("page.js");
-    static const std::string icon = AssetAddress("icon.svg");
-    return "<!DOCTYPE html>\n<html lang=\"zh-CN\">\n<head>\n<meta charset=\"utf-8\">\n<title>" +
-           Escaped(frame.title) +
-           " - Torvo</title>\n"
-           "<meta name=\"viewport\" content=\"width=device-width\">\n"
-           "<meta name=\"color-scheme\" content=\"light dark\">\n"
-           "<link rel=\"icon\" href=\"" +
-           root + icon + "\">\n<link rel=\"stylesheet\" href=\"" + root + style + "\">\n<script src=\"" +
-           root + script + "\" defer></script>\n</head>\n";
+    std::string head = "<!DOCTYPE html>\n<html lang=\"zh-CN\">\n<head>\n<meta charset=\"utf-8\">\n<title>" +
+                       Escaped(frame.title) +
+                       " - Torvo</title>\n"
+                       "<meta name=\"viewport\" content=\"width=device-width\">\n"
+                       "<meta name=\"color-scheme\" content=\"light dark\">\n"
+                       "<link rel=\"icon\" href=\"" +
+                       root + AssetAddress("icon.svg") + "\">\n<link rel=\"stylesheet\" href=\"" + root +
+                       AssetAddress("style.css") + "\">\n" + ScriptElement(root, "page.js");
+    if (!frame.guard.empty())
+        head += "<meta name=\"guard\" content=\"" + Escaped(frame.guard) + "\">\n";
+    if (!frame.script.empty())
+        head += ScriptElement(root, frame.script);
+    return head + "</head>\n";
 }
 
 } // namespace

@@ -15,6 +15,8 @@ struct PageFrame {
     std::string loginName;       ///< empty for a page that anybody may see
     std::size_t depth = 0;       ///< folders between /web and the page
     bool isBelowConsole = false; ///< a link leads back to the list
+    std::string guard{};         ///< what the page's own requests bring along, empty for none
+    std::string_view script{};   ///< an asset that the page loads beside what every page loads
 };
 
 /// A whole page around `content`, which is HTML, with the headers that keep it to this server.

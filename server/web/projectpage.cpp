@@ -70,10 +70,17 @@ Reply ProjectPage(const Session& session, const Project& project, const ProjectS
     content += Fact("物联资产编号", iotCode.empty() ? none : "<bdi>" + Escaped(iotCode) + "</bdi>");
     content += Fact("工程Guid", "<code>" + Escaped(project.guid) + "</code>");
     content += "</dl>\n</div>\n";
+    // A scene has no models of its own; those of its buildings are on their pages.
+    const bool isScene = project.type == "CIM";
+    if (!isScene)
+        content += "<section class=\"viewer\" data-models=\"" + PathName(project.guid) +
+                   "/models\">\n<h2>模型</h2>\n"
+                   "<p class=\"loading\" role=\"status\">请允许脚本运行，才能看到模型。</p>\n</section>\n";
     const PageFrame frame{.title = project.name.empty() ? project.guid : project.name,
                           .loginName = session.loginName,
                           .depth = 1,
-                          .isBelowConsole = true};
+                          .isBelowConsole = true,
+                          .script = isScene ? std::string_view() : "viewer.js"};
     return PageReply(200, frame, content);
 }
 

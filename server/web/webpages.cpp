@@ -36,6 +36,11 @@ std::string_view ValueIn(std::string_view list, std::string_view name, char sepa
     return {};
 }
 
+std::string GuardOf(const Request& request)
+{
+    return JobList::guardOf(std::string(ValueIn(request.cookie, cookieName, ';')));
+}
+
 bool IsConsole(const Request& request)
 {
     return request.path.size() == 1 && request.path[0] == "console";
@@ -49,6 +54,17 @@ bool IsProject(const Request& request)
 bool IsPicture(const Request& request)
 {
     return request.path.size() == 3 && request.path[0] == "projects" && request.path[2] == "picture";
+}
+
+bool IsOfModels(const Request& request)
+{
+    return ModelFiles::isList(request) || ModelFiles::isFile(request);
+}
+
+/// What the page of a project loads.
+bool IsPartOfProject(const Request& request)
+{
+    return IsPicture(request) || IsOfModels(request);
 }
 
 /// Pages link to each other by relative addresses, so that a proxy may serve them below any path.
@@ -80,6 +96,16 @@ Reply NotLoggedIn(const Request& request)
 {
     return NoticeReply(403, FrameOf(request, "请从程序打开这个页面"), "浏览器还没有登录，或者登录已经结束。",
                        ButtonOf(request));
+}
+
+Reply WrongMethod(const Request& request)
+{
+    auto reply =
+        NoticeReply(405, FrameOf(request, "不能这样访问"), "这里只有可以查看的页面。", ButtonOf(request));
+    reply.headers.emplace_back("Allow", JobList::isAction(request) ? "POST"
+                                        : IsOfModels(request)      ? "GET, HEAD"
+                                                                   : "GET");
+    return reply;
 }
 
 Reply NoSuchPage(const Request& request)
@@ -117,23 +143,37 @@ Reply WebPages::failure(const Request& request)
 
 Reply WebPages::answer(const Request& request)
 {
-    if (request.method != "GET") {
-        auto reply =
-            NoticeReply(405, FrameOf(request, "不能这样访问"), "这里只有可以查看的页面。", ButtonOf(request));
-        reply.headers.emplace_back("Allow", "GET");
-        return reply;
-    }
+    // A model may be so large that somebody asks for its header first.
+    const bool isHead = request.method == "HEAD" && IsOfModels(request);
+    const bool isPost = request.method == "POST" && JobList::isAction(request);
+    if ((request.method != "GET" || JobList::isAction(request)) && !isHead && !isPost)
+        return WrongMethod(request);
     if (isQuick(request))
         return AssetReply(request.path[1]);
-    if (!IsConsole(request) && !IsProject(request) && !IsPicture(request))
+    const bool isPage = IsConsole(request) || IsProject(request);
+    if (!isPage && !IsPartOfProject(request) && !JobList::isList(request) && !isPost)
         return NoSuchPage(request);
     const auto ticket = ValueIn(request.query, "ticket", '&');
-    if (!ticket.empty() && !IsPicture(request))
+    if (!ticket.empty() && isPage)
         return exchange(request, std::string(ticket));
     const auto session = sessionOf(request);
     if (!session)
         return NotLoggedIn(request);
-    return IsConsole(request) ? console(*session) : project(request, *session);
+    return answerTo(request, *session);
+}
+
+Reply WebPages::answerTo(const Request& request, const Session& session)
+{
+    if (IsConsole(request))
+        return console(request, session);
+    if (JobList::isList(request))
+        return m_jobs.list(session);
+    if (!JobList::isAction(request))
+        return project(request, session);
+    // The cookie alone does not prove that it was a page of ours that asked.
+    if (request.guard != GuardOf(request))
+        return NotLoggedIn(request);
+    return m_jobs.act(request, session);
 }
 
 Reply WebPages::exchange(const Request& request, const std::string& ticket)
@@ -163,9 +203,9 @@ std::optional<Session> WebPages::sessionOf(const Request& request)
     return m_store.findBrowser(TokenName(cookie), std::time(nullptr));
 }
 
-Reply WebPages::console(const Session& session)
+Reply WebPages::console(const Request& request, const Session& session)
 {
-    return ConsolePage(session, m_store.visibleProjects(session.account),
+    return ConsolePage(session, GuardOf(request), m_store.visibleProjects(session.account),
                        m_store.visibleStates(session.account));
 }
 
@@ -175,6 +215,10 @@ Reply WebPages::project(const Request& request, const Session& session)
     if (!found)
         return NoSuchProject(request);
     const auto& [project, state] = *found;
+    if (ModelFiles::isList(request))
+        return m_models.list(session, project);
+    if (ModelFiles::isFile(request))
+        return m_models.file(request, session, project);
     const auto root = wire::DigestFromHex(state.head);
     const auto revision = root ? m_revisions.find(state.guid, *root) : nullptr;
     if (IsPicture(request))

@@ -5,7 +5,10 @@
 #include "server/projects/revisioncache.h"
 #include "server/storage/packs.h"
 #include "server/storage/store.h"
+#include "server/web/joblist.h"
+#include "server/web/modelfiles.h"
 
+#include <filesystem>
 #include <optional>
 #include <string>
 
@@ -17,10 +20,13 @@ namespace server
 class WebPages
 {
 public:
-    WebPages(Store& store, RevisionCache& revisions, PackReader& packs)
+    /// `archives` is the folder of what is to be converted.
+    WebPages(Store& store, RevisionCache& revisions, PackReader& packs, const std::filesystem::path& archives)
         : m_store(store)
         , m_revisions(revisions)
         , m_packs(packs)
+        , m_models(store, revisions, packs)
+        , m_jobs(store, archives)
     {
     }
 
@@ -36,7 +42,8 @@ public:
 private:
     [[nodiscard]] Reply exchange(const Request& request, const std::string& ticket);
     [[nodiscard]] std::optional<Session> sessionOf(const Request& request);
-    [[nodiscard]] Reply console(const Session& session);
+    [[nodiscard]] Reply answerTo(const Request& request, const Session& session);
+    [[nodiscard]] Reply console(const Request& request, const Session& session);
     [[nodiscard]] Reply project(const Request& request, const Session& session);
     [[nodiscard]] Reply picture(const Request& request, const ProjectState& state,
                                 const LoadedRevision* revision);
@@ -44,6 +51,8 @@ private:
     Store& m_store;
     RevisionCache& m_revisions;
     PackReader& m_packs;
+    ModelFiles m_models;
+    JobList m_jobs;
 };
 
 } // namespace server

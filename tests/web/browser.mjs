@@ -15,8 +15,9 @@ export function withBrowser() {
         browser = await puppeteer.launch({
             executablePath: program,
             headless: true,
-            // The browser refuses to run as root otherwise.
-            args: process.getuid() === 0 ? ['--no-sandbox'] : [],
+            // Models are drawn by the processor: a machine of tests has no graphics card. The browser refuses to run as
+            // root without the other.
+            args: ['--enable-unsafe-swiftshader', ...(process.getuid() === 0 ? ['--no-sandbox'] : [])],
         });
     });
     after(() => browser.close());
@@ -26,6 +27,8 @@ export async function newPage() {
     const context = await browser.createBrowserContext();
     const page = await context.newPage();
     await page.setViewport({width: 1024, height: 800});
+    // A machine that does other things besides is slow, not broken.
+    page.setDefaultTimeout(120000);
     const complaints = [];
     page.on('pageerror', (error) => complaints.push(String(error)));
     page.on('console', (message) => {

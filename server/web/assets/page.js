@@ -17,7 +17,7 @@ function showOwnTimes() {
 // A long list can be searched by name, a short one is seen at a glance.
 function offerSearch() {
     const bar = document.querySelector(".find");
-    const rows = [...document.querySelectorAll("tbody tr")];
+    const rows = [...document.querySelectorAll(".projects tbody tr")];
     if (!bar || rows.length <= 8)
         return;
     const field = bar.querySelector("input");
