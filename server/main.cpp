@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "server/accounts/password.h"
+#include "server/conversions/workerkey.h"
 #include "server/conversions/workerpool.h"
 #include "server/http/server.h"
 #include "server/projects/publish.h"
 #include "server/projects/seed.h"
 #include "server/storage/folderlock.h"
 #include "server/storage/sqlitestore.h"
+#include "server/worker/remotework.h"
 
+#include <atomic>
 #include <charconv>
 #include <csignal>
 #include <exception>
@@ -30,6 +33,8 @@ struct DataFolder {
         : database(folder / "server.db")
         , packs(folder / "packs")
         , archives(folder / "archives")
+        , models(folder / "models")
+        , workerKey(folder / "worker.key")
         , lock(folder / "server.lock")
     {
         std::filesystem::create_directories(packs);
@@ -39,6 +44,8 @@ struct DataFolder {
     std::filesystem::path database;
     std::filesystem::path packs;
     std::filesystem::path archives;
+    std::filesystem::path models;
+    std::filesystem::path workerKey;
     std::filesystem::path lock;
 };
 
@@ -58,6 +65,8 @@ struct Options {
     std::string record;
     std::string account;
     std::string loginName;
+    std::string server;
+    std::string keyFile;
 };
 
 void WritePortFile(const std::string& file, std::uint16_t port)
@@ -122,9 +131,9 @@ int Serve(const Options& options)
     // Where files may not grow without limit, a full one is told like a full disk.
     std::signal(SIGXFSZ, SIG_IGN);
     server::SqliteStore store(data.database);
-    server::Api api(
-        store, data.packs, data.archives,
-        {std::chrono::hours(options.tokenHours), std::chrono::seconds(options.uploadLeaseSeconds)});
+    server::Api api(store, {data.packs, data.archives, data.models, data.workerKey},
+                    {std::chrono::hours(options.tokenHours), std::chrono::seconds(options.uploadLeaseSeconds),
+                     std::chrono::seconds(options.jobLeaseSeconds)});
     const auto workers = StartWorkers(options);
     server::Server server(api, options.listen.substr(0, colon), *port,
                           std::max(1U, std::thread::hardware_concurrency()));
@@ -200,6 +209,34 @@ int ListAccounts(const Options& options)
     return 0;
 }
 
+/// The key goes to the standard output and nowhere else: the server keeps its digest.
+int MakeWorkerKey(const Options& options)
+{
+    std::cout << server::WorkerKey(DataFolder(options.data).workerKey).renew() << '\n';
+    return 0;
+}
+
+std::atomic<bool> isToEnd = false;
+static_assert(std::atomic<bool>::is_always_lock_free);
+
+int WorkElsewhere(const Options& options)
+{
+    server::RemoteSettings settings;
+    settings.server = options.server;
+    settings.keyFile = options.keyFile;
+    settings.worker.folder = options.data;
+    settings.worker.converter = options.converter;
+    if (options.converter.empty())
+        settings.worker.converter =
+            std::filesystem::read_symlink("/proc/self/exe").parent_path() / "../../editor/bin/kyv-convert";
+    settings.worker.jobTime = std::chrono::seconds(options.jobSeconds);
+    settings.worker.jobMebibytes = static_cast<std::uint64_t>(options.jobMebibytes);
+    for (const int signal : {SIGTERM, SIGINT})
+        std::signal(signal, [](int) { isToEnd = true; });
+    server::WorkForServer(settings, [] { return isToEnd.load(); });
+    return 0;
+}
+
 } // namespace
 
 int main(int argumentCount, char** arguments)
@@ -222,12 +259,15 @@ int main(int argumentCount, char** arguments)
 
     app.add_option("--workers", options.workers, "processes that convert archives; 0 for none")
         ->capture_default_str();
-    app.add_option("--converter", options.converter,
-                   "the program that converts; the one that comes with the server unless told");
-    app.add_option("--job-seconds", options.jobSeconds, "how long a conversion may take")
-        ->capture_default_str();
-    app.add_option("--job-memory", options.jobMebibytes, "MiB that a conversion may occupy")
-        ->capture_default_str();
+    const auto addConverter = [&](CLI::App* command) {
+        command->add_option("--converter", options.converter,
+                            "the program that converts; the one that comes with the server unless told");
+        command->add_option("--job-seconds", options.jobSeconds, "how long a conversion may take")
+            ->capture_default_str();
+        command->add_option("--job-memory", options.jobMebibytes, "MiB that a conversion may occupy")
+            ->capture_default_str();
+    };
+    addConverter(&app);
     app.add_option("--job-lease-seconds", options.jobLeaseSeconds,
                    "a worker that is not heard of for so long has lost its job")
         ->capture_default_str();
@@ -244,6 +284,16 @@ int main(int argumentCount, char** arguments)
     publish->add_option("--project-folder", options.folder, "the project's folder")->required();
     publish->add_option("--record", options.record, "the project's entry, as in seed.json")->required();
     publish->callback([&] { task = Publish; });
+
+    addData(app.add_subcommand("worker-key", "make the key by which workers on other machines are known"))
+        ->callback([&] { task = MakeWorkerKey; });
+    auto* worker = app.add_subcommand("worker", "convert archives for a server on another machine");
+    worker->add_option("--server", options.server, "the server's address")->required();
+    worker->add_option("--key-file", options.keyFile, "file with the server's key for workers")->required();
+    worker->add_option("--data", options.data, "folder that it works in, made when it is missing")
+        ->required();
+    addConverter(worker);
+    worker->callback([&] { task = WorkElsewhere; });
 
     auto* account = app.add_subcommand("account", "accounts; passwords are read from the standard input");
     account->require_subcommand(1);

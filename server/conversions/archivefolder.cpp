@@ -1,18 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "server/conversions/archivefolder.h"
 
-#include "server/storage/packs.h"
+#include "server/conversions/portions.h"
 
 #include <array>
-#include <cerrno>
 #include <fstream>
 #include <memory>
 #include <stdexcept>
 #include <vector>
 
-#include <fcntl.h>
 #include <openssl/evp.h>
-#include <unistd.h>
 
 namespace server
 {
@@ -21,18 +18,6 @@ namespace
 {
 
 constexpr std::size_t portion = 1U << 20U;
-
-bool IsFull(int error)
-{
-    return error == ENOSPC || error == EDQUOT || error == EFBIG;
-}
-
-[[noreturn]] void FailToWrite(int error)
-{
-    if (IsFull(error))
-        throw DiskFull("the disk is full");
-    throw std::runtime_error("an archive cannot be written");
-}
 
 } // namespace
 
@@ -50,21 +35,7 @@ std::filesystem::path ArchiveFolder::file(const std::string& id) const
 
 void ArchiveFolder::write(const std::string& id, std::uint64_t offset, std::string_view bytes) const
 {
-    const OpenFile target(::open(file(id).c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
-    if (target.descriptor() < 0)
-        FailToWrite(errno);
-    while (!bytes.empty()) {
-        const auto count =
-            ::pwrite(target.descriptor(), bytes.data(), bytes.size(), static_cast<off_t>(offset));
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count <= 0)
-            FailToWrite(errno);
-        bytes.remove_prefix(static_cast<std::size_t>(count));
-        offset += static_cast<std::uint64_t>(count);
-    }
-    if (::fdatasync(target.descriptor()) != 0)
-        FailToWrite(errno);
+    WritePortion(file(id), offset, bytes, Keeping::always);
 }
 
 std::string ArchiveFolder::md5(const std::string& id, std::uint64_t size) const

@@ -53,15 +53,15 @@ Reply RegionsBelow(const Request& request)
 
 } // namespace
 
-Api::Api(Store& store, const std::filesystem::path& packs, const std::filesystem::path& archives,
-         const Times& times)
+Api::Api(Store& store, const WorkerApi::Places& places, const Times& times)
     : m_store(store)
-    , m_packs(packs)
+    , m_packs(places.packs)
     , m_lists(store)
     , m_revisions(store)
-    , m_uploads(store, m_revisions, packs, times.uploadLease)
-    , m_conversions(store, archives)
-    , m_pages(store, m_revisions, m_packs, archives)
+    , m_uploads(store, m_revisions, places.packs, times.uploadLease)
+    , m_conversions(store, places.archives)
+    , m_workers(store, places, times.jobLease)
+    , m_pages(store, m_revisions, m_packs, places.archives)
     , m_tokenLife(times.tokenLife)
 {
 }
@@ -97,6 +97,8 @@ Reply Api::route(const Request& request)
                                        : WrongMethod();
     if (path.size() == 1 && path[0] == "login")
         return request.method == "POST" ? login(request) : WrongMethod();
+    if (path[0] == "workers")
+        return m_workers.answer(request);
 
     const auto session = sessionOf(request);
     return session ? routeWithSession(request, *session) : Expired();
@@ -133,6 +135,7 @@ void Api::tick()
     }
     try {
         m_conversions.tick();
+        m_workers.tick();
     } catch (const std::exception& exception) {
         std::cerr << "conversions could not be looked after: " << exception.what() << '\n';
     }

@@ -4,6 +4,7 @@
 #include "server/accounts/loginguard.h"
 #include "server/http/conversionapi.h"
 #include "server/http/reply.h"
+#include "server/http/workerapi.h"
 #include "server/projects/projectlists.h"
 #include "server/projects/revisioncache.h"
 #include "server/projects/uploads.h"
@@ -28,11 +29,10 @@ public:
     struct Times {
         std::chrono::seconds tokenLife = std::chrono::hours(24 * 14); ///< how long a login lasts
         std::chrono::seconds uploadLease{90}; ///< after which an upload that sends nothing has failed
+        std::chrono::seconds jobLease{15};    ///< after which a worker that says nothing has lost its job
     };
 
-    /// `packs` and `archives` are the folders of what projects are made of and of what is to be converted.
-    Api(Store& store, const std::filesystem::path& packs, const std::filesystem::path& archives,
-        const Times& times);
+    Api(Store& store, const WorkerApi::Places& places, const Times& times);
 
     /// Never throws: what goes wrong inside becomes an answer with the status 500, or 507 on a full disk.
     [[nodiscard]] Reply answer(const Request& request);
@@ -82,6 +82,7 @@ private:
     RevisionCache m_revisions;
     Uploads m_uploads;
     ConversionApi m_conversions;
+    WorkerApi m_workers;
     WebPages m_pages;
     LoginGuard m_guard;
     std::chrono::seconds m_tokenLife;

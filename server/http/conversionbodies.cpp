@@ -139,6 +139,35 @@ std::pair<Job, std::string> JobOf(const std::string& body, const std::string& gu
     return {std::move(job), Md5At(object)};
 }
 
+double PercentOf(const std::string& body)
+{
+    const auto object = ObjectOf(body);
+    const auto percent = object.find("percent");
+    if (percent == object.end() || !percent->is_number())
+        Refuse("the number \"percent\" is missing");
+    return std::clamp(percent->get<double>(), 0.0, 100.0);
+}
+
+std::string ReasonOf(const std::string& body)
+{
+    return TextAt(ObjectOf(body), "reason");
+}
+
+std::map<std::string, std::uint64_t> FilesOf(const std::string& body)
+{
+    const auto object = ObjectOf(body);
+    const auto files = object.find("files");
+    if (files == object.end() || !files->is_object() || files->empty())
+        Refuse("the object \"files\" is missing");
+    std::map<std::string, std::uint64_t> sizes;
+    for (const auto& [path, size] : files->items()) {
+        if (!size.is_number_unsigned())
+            Refuse("a file without a size");
+        sizes[path] = size.get<std::uint64_t>();
+    }
+    return sizes;
+}
+
 std::uint64_t OffsetOf(const std::string& text)
 {
     std::uint64_t offset = 0;

@@ -4,6 +4,7 @@
 #include "server/storage/conversionrecords.h"
 
 #include <cstdint>
+#include <map>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -42,6 +43,15 @@ private:
 
 /// A job and the digest of its archive.
 [[nodiscard]] std::pair<Job, std::string> JobOf(const std::string& body, const std::string& guid);
+
+/// How far a worker says that its job is.
+[[nodiscard]] double PercentOf(const std::string& body);
+
+/// Why a worker says that its job has come to nothing.
+[[nodiscard]] std::string ReasonOf(const std::string& body);
+
+/// The files of a model, by path and size.
+[[nodiscard]] std::map<std::string, std::uint64_t> FilesOf(const std::string& body);
 
 /// An offset in a path.
 [[nodiscard]] std::uint64_t OffsetOf(const std::string& text);

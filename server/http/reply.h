@@ -61,6 +61,7 @@ namespace code
 inline constexpr int badRequest = 40001;
 inline constexpr int loginExpired = 40014;
 inline constexpr int wrongPassword = 40101;
+inline constexpr int wrongKey = 40102;
 inline constexpr int notAllowed = 40300;
 inline constexpr int missing = 40400;
 inline constexpr int uploadGone = 40410;

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "server/worker/worker.h"
 
-#include "server/accounts/token.h"
+#include "server/conversions/modelpublisher.h"
 #include "server/worker/converterprocess.h"
 
-#include <ctime>
 #include <exception>
 #include <iostream>
 
@@ -16,18 +15,6 @@ namespace
 
 /// Of the percentages that are told; the rest is for the publication.
 constexpr double converterShare = 0.95;
-constexpr int mostTries = 5; ///< to publish, while others change the project
-
-/// As other programs make the keys of projects.
-std::string MakeGuid()
-{
-    auto text = MakeToken().substr(0, 32);
-    for (const std::size_t place : {8, 13, 18, 23})
-        text.insert(place, 1, '-');
-    text[14] = '4';
-    text[19] = 'a';
-    return text;
-}
 
 /// A folder that is empty when a job begins and gone when it has ended.
 class JobFolder
@@ -55,91 +42,67 @@ private:
 
 } // namespace
 
-Worker::Worker(Store& store, Settings settings, std::function<bool()> isToEnd)
-    : m_store(store)
+Worker::Worker(JobDesk& desk, Settings settings, std::function<bool()> isToEnd)
+    : m_desk(desk)
     , m_settings(std::move(settings))
     , m_isToEnd(std::move(isToEnd))
-    , m_archives(m_settings.data / "archives")
-    , m_publisher(store, m_settings.data / "packs")
 {
 }
 
 bool Worker::doNext()
 {
-    const auto job = m_store.takeJob(m_settings.name, std::time(nullptr) + m_settings.lease.count());
+    const auto job = m_desk.take();
     if (!job)
         return false;
     try {
         convert(*job);
+    } catch (const JobStopped&) {
+        m_desk.giveBack(*job);
+    } catch (const JobLost& loss) {
+        std::cerr << "job " << job->id << " was given up: " << loss.what() << '\n';
     } catch (const std::exception& exception) {
         std::cerr << "job " << job->id << " failed: " << exception.what() << '\n';
-        fail(*job, exception.what());
+        m_desk.fail(*job, exception.what());
     }
     return true;
 }
 
-bool Worker::keep(const Job& job, double percent)
+std::vector<std::string> Worker::commandFor(const Job& job, const std::filesystem::path& archive,
+                                            const std::filesystem::path& target) const
 {
-    return m_store.keepJob(job.id, m_settings.name, percent, std::time(nullptr) + m_settings.lease.count());
-}
-
-/// A lease that has run out is the way on which jobs go back into the queue.
-void Worker::giveBack(const Job& job)
-{
-    (void)m_store.keepJob(job.id, m_settings.name, 0.0, 0);
-}
-
-void Worker::fail(const Job& job, const std::string& reason)
-{
-    m_store.failJob(job.id, m_settings.name, reason, std::time(nullptr));
-}
-
-void Worker::convert(const Job& job)
-{
-    const JobFolder folder(m_settings.data / "work" / job.id);
-    const auto model = MakeGuid();
-    const std::vector<std::string> command = {
+    return {
         m_settings.converter.string(),
-        m_archives.file(job.archive).string(),
-        (folder.path() / ("proj_" + model)).string(),
+        archive.string(),
+        target.string(),
         "--name=" + job.name,
         "--mode=" + std::to_string(job.mode),
         "--time=" + std::to_string(m_settings.jobTime.count()),
         "--memory=" + std::to_string(m_settings.jobMebibytes),
-        "--cache=" + (m_settings.data / "cache").string(),
+        "--cache=" + (m_settings.folder / "cache").string(),
     };
-    const auto end = RunConverter(
-        command, [&](double percent) { return !m_isToEnd() && keep(job, 1.0 + percent * converterShare); });
+}
+
+void Worker::convert(const Job& job)
+{
+    const JobFolder folder(m_settings.folder / "work" / job.id);
+    const auto model = MakeGuid();
+    const auto archive = m_desk.archive(job, folder.path());
+    const auto command = commandFor(job, archive, folder.path() / ("proj_" + model));
+    const auto end = RunConverter(command, [&](double percent) {
+        return !m_isToEnd() && m_desk.keep(job, 1.0 + percent * converterShare);
+    });
     switch (end.how) {
     case ConverterEnd::How::done:
-        publish(job, folder.path(), model);
+        m_desk.publish(job, folder.path(), model);
         return;
     case ConverterEnd::How::failed:
-        fail(job, end.reason);
+        m_desk.fail(job, end.reason);
         return;
     case ConverterEnd::How::killed:
     case ConverterEnd::How::stopped:
-        giveBack(job);
+        m_desk.giveBack(job);
         return;
     }
-}
-
-void Worker::publish(const Job& job, const std::filesystem::path& folder, const std::string& model)
-{
-    for (int tries = 0; tries < mostTries; ++tries) {
-        if (!keep(job, 1.0 + 100.0 * converterShare))
-            return;
-        switch (m_publisher.publish(job, m_settings.name, folder, model)) {
-        case PublishAnswer::published:
-            m_archives.remove(job.archive);
-            return;
-        case PublishAnswer::gone:
-            return;
-        case PublishAnswer::conflict:
-            break;
-        }
-    }
-    fail(job, "the project is changed too often");
 }
 
 } // namespace server

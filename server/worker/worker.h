@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "server/conversions/archivefolder.h"
-#include "server/storage/store.h"
-#include "server/worker/modelpublisher.h"
+#include "server/worker/jobdesk.h"
 
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace server
 {
@@ -19,32 +18,26 @@ class Worker
 {
 public:
     struct Settings {
-        std::string name;                   ///< no two workers have one
-        std::filesystem::path data;         ///< the server's folder
+        std::filesystem::path folder;       ///< what conversions are at, and models that were made before
         std::filesystem::path converter;    ///< the program
-        std::chrono::seconds lease{15};     ///< how long a job is the worker's after a sign of life
         std::chrono::seconds jobTime{3600}; ///< how long a conversion may take
         std::uint64_t jobMebibytes = 4096;  ///< how much memory it may occupy
     };
 
     /// `isToEnd` is asked often.
-    Worker(Store& store, Settings settings, std::function<bool()> isToEnd);
+    Worker(JobDesk& desk, Settings settings, std::function<bool()> isToEnd);
 
-    /// Does the next job. False when there is none.
+    /// Does the next job. False when there is none. Throws std::exception when the desk cannot be asked.
     [[nodiscard]] bool doNext();
 
 private:
     void convert(const Job& job);
-    void publish(const Job& job, const std::filesystem::path& folder, const std::string& model);
-    void giveBack(const Job& job);
-    [[nodiscard]] bool keep(const Job& job, double percent);
-    void fail(const Job& job, const std::string& reason);
+    [[nodiscard]] std::vector<std::string> commandFor(const Job& job, const std::filesystem::path& archive,
+                                                      const std::filesystem::path& target) const;
 
-    Store& m_store;
+    JobDesk& m_desk;
     Settings m_settings;
     std::function<bool()> m_isToEnd;
-    ArchiveFolder m_archives;
-    ModelPublisher m_publisher;
 };
 
 } // namespace server

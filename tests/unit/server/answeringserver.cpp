@@ -18,7 +18,7 @@ constexpr int hour = 3600;
 
 AnsweringServer::AnsweringServer()
     : m_store(m_folder.filePath("server.db").toStdString())
-    , m_api(m_store, packs(), archives(), {.tokenLife = std::chrono::seconds(hour)})
+    , m_api(m_store, {packs(), archives(), models(), workerKey()}, {.tokenLife = std::chrono::seconds(hour)})
 {
     std::filesystem::create_directories(packs());
 }
@@ -26,6 +26,16 @@ AnsweringServer::AnsweringServer()
 std::filesystem::path AnsweringServer::archives() const
 {
     return m_folder.filePath("archives").toStdString();
+}
+
+std::filesystem::path AnsweringServer::models() const
+{
+    return m_folder.filePath("models").toStdString();
+}
+
+std::filesystem::path AnsweringServer::workerKey() const
+{
+    return m_folder.filePath("worker.key").toStdString();
 }
 
 std::filesystem::path AnsweringServer::packs() const

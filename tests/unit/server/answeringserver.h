@@ -35,6 +35,8 @@ public:
     [[nodiscard]] server::Api& api() { return m_api; }
     [[nodiscard]] std::filesystem::path packs() const;
     [[nodiscard]] std::filesystem::path archives() const;
+    [[nodiscard]] std::filesystem::path models() const;
+    [[nodiscard]] std::filesystem::path workerKey() const;
 
 private:
     QTemporaryDir m_folder;

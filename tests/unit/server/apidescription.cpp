@@ -83,7 +83,7 @@ private:
 
 } // namespace
 
-std::vector<Operation> ReadOperations(const std::string& file)
+std::vector<Operation> ReadOperations(const std::string& file, bool areForWorkers)
 {
     std::ifstream stream(file);
     if (!stream)
@@ -98,5 +98,8 @@ std::vector<Operation> ReadOperations(const std::string& file)
         else if (isInPaths)
             reader.take(line);
     }
+    std::erase_if(reader.operations, [&](const Operation& operation) {
+        return operation.path.starts_with("/workers/") != areForWorkers;
+    });
     return reader.operations;
 }

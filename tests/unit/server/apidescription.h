@@ -17,5 +17,5 @@ struct Operation {
 
 /// Reads the paths of an OpenAPI description in the block form of ours: two blanks a level, a line for each
 /// path, method and status. Throws std::runtime_error for a line that it does not know, so that nothing is
-/// passed over.
-[[nodiscard]] std::vector<Operation> ReadOperations(const std::string& file);
+/// passed over. Those that workers ask, or all others.
+[[nodiscard]] std::vector<Operation> ReadOperations(const std::string& file, bool areForWorkers);

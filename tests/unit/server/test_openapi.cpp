@@ -110,7 +110,7 @@ private:
 
 void TestOpenApi::initTestCase()
 {
-    m_operations = ReadOperations(OPENAPI);
+    m_operations = ReadOperations(OPENAPI, false);
     m_server = std::make_unique<RealServer>(TORVO_SERVER);
     m_server->addAccount("stranger", "secret");
     m_stranger = loginOf("stranger");

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "server/worker/modelpublisher.h"
+#include "server/conversions/modelpublisher.h"
 
+#include "server/accounts/token.h"
 #include "server/projects/publish.h"
 #include "server/projects/revisioncache.h"
 #include "server/projects/revisionfile.h"
@@ -17,6 +18,8 @@ namespace server
 
 namespace
 {
+
+constexpr int mostTries = 5; ///< while others change the project
 
 std::shared_ptr<const LoadedRevision> Newest(Store& store, const std::string& guid)
 {
@@ -41,6 +44,17 @@ void Unpack(PackReader& packs, const LoadedRevision& revision, const std::filesy
 
 } // namespace
 
+/// As other programs make the keys of projects.
+std::string MakeGuid()
+{
+    auto text = MakeToken().substr(0, 32);
+    for (const std::size_t place : {8, 13, 18, 23})
+        text.insert(place, 1, '-');
+    text[14] = '4';
+    text[19] = 'a';
+    return text;
+}
+
 ModelPublisher::ModelPublisher(Store& store, std::filesystem::path packs)
     : m_store(store)
     , m_packs(std::move(packs))
@@ -48,7 +62,20 @@ ModelPublisher::ModelPublisher(Store& store, std::filesystem::path packs)
 {
 }
 
-PublishAnswer ModelPublisher::publish(const Job& job, const std::string& worker,
+bool ModelPublisher::publish(const Job& job, const std::string& worker, const std::filesystem::path& folder,
+                             const std::string& model, const std::function<bool()>& isKept)
+{
+    for (int tries = 0; tries < mostTries; ++tries) {
+        if (!isKept())
+            return false;
+        const auto answer = tryOnce(job, worker, folder, model);
+        if (answer != PublishAnswer::conflict)
+            return answer == PublishAnswer::published;
+    }
+    throw std::runtime_error("the project is changed too often");
+}
+
+PublishAnswer ModelPublisher::tryOnce(const Job& job, const std::string& worker,
                                       const std::filesystem::path& folder, const std::string& model)
 {
     const auto newest = Newest(m_store, job.guid);
