@@ -2,11 +2,8 @@
 #include "road/conversions.h"
 #include "road/samplecontent.h"
 #include "road/suite.h"
-#include "shell/accountfiles.h"
 
 #include <QFile>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QTemporaryDir>
 
 using road::Conversions;
@@ -19,30 +16,6 @@ namespace
 
 constexpr int patience = 60000;
 
-QString ProgramFolder()
-{
-    return QCoreApplication::applicationDirPath();
-}
-
-bool WriteObject(const QString& path, const QJsonObject& object)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(QJsonDocument(object).toJson()) > 0;
-}
-
-/// The variant in which models may be sent to the server for conversion.
-bool AllowConversions()
-{
-    QFile file(shell::HostConfigFile());
-    if (!file.open(QIODevice::ReadOnly))
-        return false;
-    auto settings = QJsonDocument::fromJson(file.readAll()).object();
-    settings["isBimSdk"] = false;
-    file.close();
-    return WriteObject(shell::HostConfigFile(), settings) &&
-           WriteObject(ProgramFolder() + "/WebConvert.json", {{"using", "1"}});
-}
-
 } // namespace
 
 /// The road of a model archive over the server: chosen, repacked, sent, converted there, and brought here.
@@ -53,7 +26,7 @@ class TestConversion : public road::Suite
 private slots:
     void anArchiveBecomesAModelOfTheProject()
     {
-        QVERIFY(AllowConversions());
+        QVERIFY(road::AllowConversions());
         QVERIFY(session->enter() && session->download(house));
         const auto before = ModelsHere();
         QVERIFY(!before.isEmpty());
@@ -71,7 +44,7 @@ private slots:
 
     void anArchiveThatIsNoneIsToldToHaveFailed()
     {
-        QVERIFY(AllowConversions());
+        QVERIFY(road::AllowConversions());
         QFile noise(m_folder.filePath("noise.kyv"));
         QVERIFY(noise.open(QIODevice::WriteOnly) && noise.write(QByteArray(5000, 'x')) == 5000 &&
                 noise.flush());
@@ -79,9 +52,8 @@ private slots:
         auto conversions = dialog();
         QVERIFY(conversions.openFor(house) && conversions.send(noise.fileName()));
         constexpr int repackageFailed = 7;
-        constexpr int uploadFailed = 8;
         QTRY_VERIFY_WITH_TIMEOUT(Conversions::stateOf("noise") == repackageFailed ||
-                                     Conversions::stateOf("noise") == uploadFailed,
+                                     Conversions::stateOf("noise") == road::uploadFailed,
                                  patience);
     }
 

@@ -51,13 +51,14 @@ ProjectServer::~ProjectServer()
     kill();
 }
 
-void ProjectServer::start()
+void ProjectServer::start(const QStringList& options)
 {
     const QString portFile = ServerFolder() + QStringLiteral("/port");
     QFile::remove(portFile);
-    m_process.start(Program(),
-                    {QStringLiteral("--data"), m_folder, QStringLiteral("--listen"),
-                     QStringLiteral("127.0.0.1:") + m_port, QStringLiteral("--port-file"), portFile});
+    m_process.start(Program(), QStringList{QStringLiteral("--data"), m_folder, QStringLiteral("--listen"),
+                                           QStringLiteral("127.0.0.1:") + m_port,
+                                           QStringLiteral("--port-file"), portFile} +
+                                   options);
     if (!WaitFor([&] { return QFile::exists(portFile) || m_process.state() == QProcess::NotRunning; }) ||
         m_process.state() == QProcess::NotRunning)
         throw Failure(QStringLiteral("the server has not started: ") + m_process.errorString());

@@ -17,9 +17,9 @@ public:
     /// Ends the server.
     ~ProjectServer();
 
-    /// Starts it, at the second time where it listened before, and waits until it does. Throws
-    /// std::runtime_error.
-    void start();
+    /// Starts it with these options besides the usual ones, at the second time where it listened before, and
+    /// waits until it does. Throws std::runtime_error.
+    void start(const QStringList& options = {});
 
     /// Ends it at once, as the system would for want of memory.
     void kill();
