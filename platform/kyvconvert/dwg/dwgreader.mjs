@@ -11,6 +11,7 @@ import path from 'node:path';
 import * as cad from './acad-ts.mjs';
 import { Drawing } from './dwgdrawing.mjs';
 import { Geometry, TooLarge } from './dwggeometry.mjs';
+import { refuseToReadBehindTheEnd, watchReading } from './dwgguards.mjs';
 
 const badSource = 3;
 const versions = ['AC1014', 'AC1015', 'AC1018', 'AC1021', 'AC1024', 'AC1027', 'AC1032'];
@@ -62,7 +63,10 @@ function read(input, folder) {
     const bytes = fs.readFileSync(input);
     requireVersion(bytes);
     let unreadable = 0;
+    const callOff = watchReading(bytes.length);
+    refuseToReadBehindTheEnd();
     const document = open(bytes, () => (unreadable += 1));
+    callOff();
     if (!document.modelSpace)
         fail('it has no model space');
     tell({ percent: readPercent });
