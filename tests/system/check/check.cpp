@@ -53,8 +53,8 @@ bool Check::run()
            take("forced", &Check::forceUpload) && take("removed", &Check::removeNewProject) &&
            take("archive sent", &Check::sendArchive) && take("converted", &Check::awaitConversion) &&
            take("model arrived", &Check::openWithNewModel) && take("closed again", &Check::closeProject) &&
-           take("card of a building", &Check::openCardOfHouse) && take("deleted", &Check::deleteHouse) &&
-           take("card from the server", &Check::openCardFromServer);
+           take("web page", &Check::lookOnTheWeb) && take("card of a building", &Check::openCardOfHouse) &&
+           take("deleted", &Check::deleteHouse) && take("card from the server", &Check::openCardFromServer);
 }
 
 bool Check::take(const char* name, Step step)
@@ -278,6 +278,20 @@ bool Check::openWithNewModel()
            WaitFor([] { return HomeScreen::stateOf(road::house) == road::changedThere; }) &&
            m_session.update(road::house) && road::ModelsHere().size() == m_models + 1 &&
            m_session.open(road::house);
+}
+
+bool Check::lookOnTheWeb()
+{
+    if (!m_session.home().clickOnCard(road::house, QStringLiteral("serviceBtn")) ||
+        !WaitFor([this] { return !m_browser.page().isEmpty(); }))
+        return false;
+    const auto look = m_browser.look();
+    if (!look.page.save(QDir(m_shots).filePath(QStringLiteral("web-page.png"))))
+        return false;
+    // Nothing but the ground where there is no model.
+    QImage ground(look.models.size(), look.models.format());
+    ground.fill(look.models.pixelColor(0, 0));
+    return road::DifferenceIn(ground, look.models, look.models.rect()) > 0.05;
 }
 
 bool Check::openCardOfHouse()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "road/browser.h"
 #include "road/colleague.h"
 #include "road/conversions.h"
 #include "road/infocard.h"
@@ -58,6 +59,7 @@ private:
     [[nodiscard]] bool sendArchive();
     [[nodiscard]] bool awaitConversion();
     [[nodiscard]] bool openWithNewModel();
+    [[nodiscard]] bool lookOnTheWeb();
     [[nodiscard]] bool openCardOfHouse();
     [[nodiscard]] bool deleteHouse();
     [[nodiscard]] bool openCardFromServer();
@@ -71,6 +73,7 @@ private:
     road::Session m_session;
     road::InfoCard m_card;
     road::Conversions m_conversions;
+    road::Browser m_browser;
     QTemporaryDir m_folder;
     int m_models = 0; ///< that were here before one more was sent
     std::unique_ptr<road::Colleague> m_colleague;
