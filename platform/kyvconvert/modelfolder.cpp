@@ -78,6 +78,16 @@ bool WriteJson(const json& value, const std::filesystem::path& file)
     return static_cast<bool>(stream.flush());
 }
 
+bool AddFacts(const std::filesystem::path& folder, const json& added)
+{
+    std::ifstream stream(folder / "model.json", std::ios::binary);
+    auto facts = json::parse(stream, nullptr, false);
+    if (!facts.is_object())
+        return false;
+    facts.update(added);
+    return WriteJson(facts, folder / "model.json");
+}
+
 } // namespace
 
 std::string WriteModelFolder(const SourceModel& source, const std::string& name,
@@ -106,13 +116,12 @@ std::string WriteModelFolder(const SourceModel& source, const std::string& name,
 
 bool RenameModel(const std::filesystem::path& folder, const std::string& name, const std::string& sourceName)
 {
-    std::ifstream stream(folder / "model.json", std::ios::binary);
-    auto facts = json::parse(stream, nullptr, false);
-    if (!facts.is_object())
-        return false;
-    facts["name"] = name;
-    facts["source"] = sourceName;
-    return WriteJson(facts, folder / "model.json");
+    return AddFacts(folder, {{"name", name}, {"source", sourceName}});
+}
+
+bool SetAttributes(const std::filesystem::path& folder, const std::map<std::string, std::string>& attributes)
+{
+    return AddFacts(folder, {{"attributes", attributes}});
 }
 
 } // namespace kyvconvert

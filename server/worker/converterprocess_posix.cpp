@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "server/worker/converterprocess.h"
 
+#include "kyvconvert/converterwords.h"
+
 #include <array>
 #include <cerrno>
 #include <csignal>
 #include <stdexcept>
-#include <string_view>
-
-#include <nlohmann/json.hpp>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -21,12 +20,9 @@ namespace server
 namespace
 {
 
-using nlohmann::json;
-
 constexpr int lookMilliseconds = 1000;
 constexpr std::chrono::seconds patience(5); ///< with a converter that is to stop
 constexpr int notStarted = 127;
-constexpr std::size_t longestLine = 65536;
 
 class Converter
 {
@@ -72,13 +68,7 @@ public:
         const auto count = read(m_output, buffer.data(), buffer.size());
         if (count < 0)
             return errno == EINTR || errno == EAGAIN;
-        m_waiting.append(buffer.data(), static_cast<std::size_t>(count));
-        for (auto end = m_waiting.find('\n'); end != std::string::npos; end = m_waiting.find('\n')) {
-            take(std::string_view(m_waiting).substr(0, end));
-            m_waiting.erase(0, end + 1);
-        }
-        if (m_waiting.size() > longestLine)
-            m_waiting.clear();
+        m_words.take({buffer.data(), static_cast<std::size_t>(count)});
         return count > 0;
     }
 
@@ -99,13 +89,14 @@ public:
             return {ConverterEnd::How::killed, {}};
         if (WEXITSTATUS(status) == 0)
             return {ConverterEnd::How::done, {}};
-        if (m_reason.empty())
-            m_reason = WEXITSTATUS(status) == notStarted ? "the converter could not be started"
-                                                         : "the converter has ended without a reason";
-        return {ConverterEnd::How::failed, m_reason};
+        if (!m_words.reason().empty())
+            return {ConverterEnd::How::failed, m_words.reason()};
+        return {ConverterEnd::How::failed, WEXITSTATUS(status) == notStarted
+                                               ? "the converter could not be started"
+                                               : "the converter has ended without a reason"};
     }
 
-    [[nodiscard]] double percent() const { return m_percent; }
+    [[nodiscard]] double percent() const { return m_words.percent(); }
 
 private:
     [[noreturn]] static void become(char* const* arguments, int output, pid_t parent)
@@ -116,17 +107,6 @@ private:
         dup2(output, STDOUT_FILENO);
         execv(arguments[0], arguments);
         _exit(notStarted);
-    }
-
-    void take(std::string_view text)
-    {
-        const auto line = json::parse(text, nullptr, false);
-        if (!line.is_object())
-            return;
-        if (const auto percent = line.find("percent"); percent != line.end() && percent->is_number())
-            m_percent = *percent;
-        if (const auto error = line.find("error"); error != line.end() && error->is_string())
-            m_reason = *error;
     }
 
     int wait()
@@ -140,9 +120,7 @@ private:
 
     pid_t m_process = -1;
     int m_output = -1;
-    std::string m_waiting;
-    std::string m_reason;
-    double m_percent = 0.0;
+    kyvconvert::ConverterWords m_words;
 };
 
 } // namespace
