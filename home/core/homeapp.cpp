@@ -6,6 +6,7 @@
 #include "ZRSmartDB/zrdatabase.h"
 #include "ZRSmartDB/zrdbdirector.h"
 #include "ZRSmartDB/zrdbnetaccess.h"
+#include "convert/bimmgr.h"
 #include "convert/floorinfomgr.h"
 #include "convert/floormatchedctrl.h"
 #include "convert/serviceconvertmgr.h"
@@ -46,7 +47,7 @@ MgrRow Row(CHomeApp::Place place)
 
 /// All managers, in the order of creation: a constructor may rely on the managers above it only. Beside each
 /// its place in the passes: priority 3 is server access, 4 the local store, 5 controllers, 6 what builds on
-/// those. The numbers within a priority have gaps for managers that are still to come.
+/// those.
 const std::vector<MgrRow>& MgrTable()
 {
     // clang-format off
@@ -58,6 +59,7 @@ const std::vector<MgrRow>& MgrTable()
         Row<CEditorControl>({5, 6}),
         Row<CTabMgr>({5, 1}),
         Row<CMessageBoxMgr>({5, 7}),
+        Row<CBimMgr>({5, 8}),
         Row<CWebSDKMgr>({5, 4}),
         Row<CServiceConvertMgr>({6, 1}),
         Row<CFloorInfoMgr>({5, 3}),

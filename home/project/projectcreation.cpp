@@ -5,6 +5,7 @@
 #include "TorvoSDK/torvosdkplugin.h"
 #include "ZRSmartDB/zrdatabase.h"
 #include "ZRSmartDB/zrproject.h"
+#include "convert/bimmgr.h"
 #include "core/homeapp.h"
 #include "native/uniqueid.h"
 #include "project/guidtext.h"
@@ -101,6 +102,8 @@ bool CProjectMgr::RemoveLocalData(const QString& guid)
 void CProjectMgr::NotifyProjectRemoved(const QString& guid)
 {
     ProjectHost()->RemoveProjectRecord(guid.toStdWString());
+    if (auto* bimMgr = CHomeApp::instance().GetMgr<CBimMgr>())
+        bimMgr->removeBimProj(guid);
 }
 
 } // namespace TorvoEditor

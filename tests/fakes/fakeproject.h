@@ -3,6 +3,7 @@
 
 #include "ZRSmartDB/zrproject.h"
 #include "ZRSmartDB/zrsceneobject.h"
+#include "fakes/fakemodelstore.h"
 
 #include <map>
 #include <memory>
@@ -52,13 +53,16 @@ public:
     void SetTemplate(const std::wstring& text) override;
     [[nodiscard]] std::wstring GetTemplate() const override { return m_template; }
     [[nodiscard]] std::wstring GetImagePath() const override { return imagePath; }
-    /// The fake has no models.
-    [[nodiscard]] ZRSmartDB::IZRModelStore* GetModelStore() override { return nullptr; }
+    [[nodiscard]] ZRSmartDB::IZRModelStore* GetModelStore() override
+    {
+        return m_type == L"BIM" ? &models : nullptr;
+    }
 
     /// Adds an object that links to `linkedProj`; a key of the alias "none" links to nothing.
     SceneObject& addObject(const ZRSmartFormat::SZRFTGuid& guid, const ZRSmartFormat::SZRFTGuid& linkedProj);
 
     std::wstring imagePath;
+    ModelStore models;
     std::vector<std::unique_ptr<SceneObject>> objects;
 
 private:

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/homeapp.h"
 
+#include "convert/bimmgr.h"
 #include "convert/floorinfomgr.h"
 #include "convert/floormatchedctrl.h"
 #include "convert/serviceconvertmgr.h"
@@ -43,10 +44,18 @@ std::vector<std::type_index> VisitedTypes()
 }
 
 const std::vector<std::type_index> visitOrder = {
-    typeid(CProjectMgr),         typeid(CLocalProjectInfoMgr), typeid(CTabMgr),
-    typeid(CInfoCardController), typeid(CFloorInfoMgr),        typeid(CWebSDKMgr),
-    typeid(CGridViewController), typeid(CEditorControl),       typeid(CMessageBoxMgr),
-    typeid(CServiceConvertMgr),  typeid(CFloorMatchedCtrl),
+    typeid(CProjectMgr),
+    typeid(CLocalProjectInfoMgr),
+    typeid(CTabMgr),
+    typeid(CInfoCardController),
+    typeid(CFloorInfoMgr),
+    typeid(CWebSDKMgr),
+    typeid(CGridViewController),
+    typeid(CEditorControl),
+    typeid(CMessageBoxMgr),
+    typeid(CBimMgr),
+    typeid(CServiceConvertMgr),
+    typeid(CFloorMatchedCtrl),
 };
 
 QString PropertyOf(const char* name)
@@ -245,6 +254,7 @@ void TestHomeApp::getMgrFindsEachManager()
     QVERIFY(App().GetMgr<CGridViewController>() != nullptr);
     QVERIFY(App().GetMgr<CEditorControl>() != nullptr);
     QVERIFY(App().GetMgr<CMessageBoxMgr>() != nullptr);
+    QVERIFY(App().GetMgr<CBimMgr>() != nullptr);
     QVERIFY(App().GetMgr<CWebSDKMgr>() != nullptr);
     QVERIFY(App().GetMgr<CServiceConvertMgr>() != nullptr);
     QVERIFY(App().GetMgr<CFloorInfoMgr>() != nullptr);
@@ -291,6 +301,7 @@ void TestHomeApp::registerContextPublishesWhatTheScreensBindTo()
         {"editorControl", App().GetMgr<CEditorControl>()},
         {"messageBoxMgr", App().GetMgr<CMessageBoxMgr>()},
         {"webSdkMgr", App().GetMgr<CWebSDKMgr>()},
+        {"bimMgr", App().GetMgr<CBimMgr>()},
         {"serviceConvertMgr", App().GetMgr<CServiceConvertMgr>()},
         {"floorMatchedCtrl", App().GetMgr<CFloorMatchedCtrl>()},
     };
