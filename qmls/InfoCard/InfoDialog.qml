@@ -19,7 +19,7 @@ EDialog {
     }
 
     function accept() {
-        if (root.isLeaving || subModels.isConverting)
+        if (root.isLeaving || bimMgr.isConverting)
             return
         if (!proInfoModel.bModify) {
             root.close()
@@ -34,7 +34,7 @@ EDialog {
         if (root.isLeaving)
             return
         if (proInfoModel.bBimViewShow)
-            subModels.cancel(proInfoModel.projGuid)
+            bimMgr.cancle(proInfoModel.projGuid)
         root.close()
     }
 
@@ -89,18 +89,19 @@ EDialog {
             width: parent.width - 30
             anchors.top: picture.bottom
             anchors.topMargin: 8
-            anchors.bottom: subModels.visible ? subModels.top : buttons.top
+            anchors.bottom: bimInfo.visible ? bimInfo.top : buttons.top
             anchors.bottomMargin: 20
             focus: true
             normalFontSize: root.normalFontSize
         }
 
-        SubModels {
-            id: subModels
+        EBIMInfo {
+            id: bimInfo
 
-            objectName: "subModels"
+            objectName: "bimInfo"
             anchors.bottom: buttons.top
             width: parent.width
+            visible: proInfoModel.bBimViewShow
         }
 
         Row {
@@ -115,7 +116,7 @@ EDialog {
                 objectName: "infoOkBtn"
                 width: 62
                 height: 32
-                enabled: !subModels.isConverting
+                enabled: !bimMgr.isConverting
                 primary: true
                 text: qsTr("确定")
                 onClick: root.accept()

@@ -87,6 +87,26 @@ Item {
 
     property QtObject serviceConvertModel: null
 
+    property QtObject bimMgr: QtObject {
+        property string currentBimGuid: ""
+        property var projList: []
+        property bool isConverting: false
+        /// Uids of the models that may be replaced.
+        property var updatable: []
+
+        function syncProjList(guid) {
+            home.called("bimMgr.syncProjList", guid)
+            currentBimGuid = guid
+        }
+        function add(...values) { home.called("bimMgr.add", ...values) }
+        function update(...values) { home.called("bimMgr.update", ...values) }
+        function remove(...values) { home.called("bimMgr.remove", ...values) }
+        function cancle(guid) { home.called("bimMgr.cancle", guid) }
+        function addDwgProj(file) { home.called("bimMgr.addDwgProj", file) }
+        function addFBXProj(file) { home.called("bimMgr.addFBXProj", file) }
+        function checkedUpdate(uid) { return updatable.indexOf(uid) >= 0 }
+    }
+
     property QtObject leftPanelModel: QtObject {
         property int bimProjCount: 5
         property int sceneProjCount: 2
@@ -130,6 +150,11 @@ Item {
     property string appPath: "/app"
 
     /// Where main.qml has none of its own.
+    property QtObject converModeDialog: QtObject {
+        function close() { home.called("converModeDialog.close") }
+    }
+
+    /// Where main.qml has none of its own.
     property QtObject globalFileDialog: QtObject {
         property string title: ""
         property var nameFilters: []
@@ -163,6 +188,10 @@ Item {
         serviceConvertMgr.isUploading = false
         serviceConvertMgr.takesProjects = true
         serviceConvertMgr.failedArray = []
+        bimMgr.currentBimGuid = ""
+        bimMgr.projList = []
+        bimMgr.isConverting = false
+        bimMgr.updatable = []
         leftPanelModel.bimProjCount = 5
         leftPanelModel.sceneProjCount = 2
         proInfoModel.bModify = true

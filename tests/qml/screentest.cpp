@@ -3,6 +3,7 @@
 /// Runs the tst_*.qml files of this folder. They find the real models of the screens, and the log, under the
 /// name "screens".
 
+#include "KYVConvertCommon/kyvconvertstate.h"
 #include "XHUtility/sorttreemodel.h"
 #include "XHUtility/treemodel.h"
 #include "convert/kyvconvertmodel.h"
@@ -230,6 +231,7 @@ public slots:
         qmlRegisterSingletonType<TorvoEditor::Tools>(
             "Tools", 1, 0, "Tools",
             [](QQmlEngine*, QJSEngine*) -> QObject* { return new TorvoEditor::Tools; });
+        qmlRegisterType<KYVConvertCommon::CKYVConvertState>("CKYVConvertState", 1, 0, "KYVConvertState");
         qmlRegisterAnonymousType<XHUTILITY::CSortTreeModel>("XHUtility", 1);
         engine->rootContext()->setContextProperty(QStringLiteral("screens"), new Screens(engine));
     }

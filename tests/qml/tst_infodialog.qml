@@ -9,17 +9,6 @@ import "qrc:/qmls/InfoCard"
 HomeTest {
     id: home
 
-    /// The manager of a building's models; none unless a test wants one.
-    property QtObject bimMgr: null
-
-    QtObject {
-        id: models
-
-        property bool isConverting: false
-
-        function cancle(guid) { home.called("bimMgr.cancle", guid) }
-    }
-
     InfoDialog {
         id: dialog
 
@@ -47,8 +36,6 @@ HomeTest {
 
         function init() {
             home.reset()
-            home.bimMgr = null
-            models.isConverting = false
             dialog.height = 826
             mouseMove(home, 10, 850)
             proInfoModel.projInfo = rows
@@ -221,14 +208,17 @@ HomeTest {
         }
 
         function test_cancelOnlyCloses_data() {
-            return [{ tag: "scene", bBimViewShow: false }, { tag: "building", bBimViewShow: true }]
+            return [
+                { tag: "scene", bBimViewShow: false, calls: [] },
+                { tag: "building", bBimViewShow: true, calls: ["bimMgr.cancle(shown)"] }
+            ]
         }
 
         function test_cancelOnlyCloses(row) {
             proInfoModel.bBimViewShow = row.bBimViewShow
             openCard()
             mouseClick(part("infoCancelBtn"))
-            compare(home.takeCalls(), [])
+            compare(home.takeCalls(), row.calls)
             tryCompare(dialog, "visible", false)
         }
 
@@ -237,7 +227,6 @@ HomeTest {
         }
 
         function test_aSecondClickOnAnEndMeansNothing(row) {
-            home.bimMgr = models
             proInfoModel.bBimViewShow = true
             openCard()
             mouseClick(part(row.tag))
@@ -248,29 +237,26 @@ HomeTest {
 
         // A building's models.
 
-        function test_withoutAManagerTheModelsTakeNoRoom() {
+        function test_theListOfABuildingIsReadWhenTheCardOpens() {
             proInfoModel.bBimViewShow = true
-            openCard()
-            compare(part("subModels"), null)
-            compare(part("infoRows").height, 826 - 225 - 72)
-            verify(part("infoOkBtn").enabled)
+            dialog.open()
+            tryCompare(dialog, "opened", true)
+            compare(home.takeCalls().filter(call => call.startsWith("bimMgr")), ["bimMgr.syncProjList(shown)"])
         }
 
-        function test_withAManagerTheModelsOfALocalBuildingHaveTheirPlace_data() {
+        function test_theModelsOfALocalBuildingHaveTheirPlace_data() {
             return [{ tag: "building", bBimViewShow: true }, { tag: "scene", bBimViewShow: false }]
         }
 
-        function test_withAManagerTheModelsOfALocalBuildingHaveTheirPlace(row) {
-            home.bimMgr = models
+        function test_theModelsOfALocalBuildingHaveTheirPlace(row) {
             proInfoModel.bBimViewShow = row.bBimViewShow
             openCard()
-            compare(part("subModels") !== null, row.bBimViewShow)
+            compare(part("bimInfo") !== null, row.bBimViewShow)
             compare(part("infoRows").height, 826 - 225 - 72 - (row.bBimViewShow ? 320 : 0))
         }
 
         function test_whileModelsAreConvertedThereIsNoOkButACancel() {
-            home.bimMgr = models
-            models.isConverting = true
+            bimMgr.isConverting = true
             proInfoModel.bBimViewShow = true
             openCard()
             verify(!part("infoOkBtn").enabled)
@@ -283,15 +269,13 @@ HomeTest {
         }
 
         function test_okComesBackWhenTheModelsAreConverted() {
-            home.bimMgr = models
-            models.isConverting = true
+            bimMgr.isConverting = true
             openCard()
-            models.isConverting = false
+            bimMgr.isConverting = false
             verify(part("infoOkBtn").enabled)
         }
 
         function test_cancelOfASceneStopsNoConversion() {
-            home.bimMgr = models
             openCard()
             mouseClick(part("infoCancelBtn"))
             compare(home.takeCalls(), [])
@@ -361,7 +345,6 @@ HomeTest {
         }
 
         function test_escapeCancels() {
-            home.bimMgr = models
             proInfoModel.bBimViewShow = true
             openCard()
             keyClick(Qt.Key_Escape)

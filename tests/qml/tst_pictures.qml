@@ -38,7 +38,11 @@ HomeTest {
                                                      "card_ic_transition", "pop_bt_ic_defeat"]) },
                 { tag: "info card", names: sets(["tab_bt_ic_del"], ["", "_hover", "_selected", "_disable"])
                                            .concat(["card_ic_big", "pop_box_export", "pop_box_ic__export_hover",
-                                                    "box_ic_eidt", "box_ic_eidt_hove"]) }
+                                                    "box_ic_eidt", "box_ic_eidt_hove"]) },
+                { tag: "models of a building", names: sets(["tab_bt_ic_fbx", "tab_bt_ic_dwg", "tab_bt_ic_floors",
+                                                           "ic_update"], ["", "_hover", "_selected"])
+                                                      .concat(["ic_update_disable", "pop_ic_xiazailiebiao",
+                                                               "pop_bt_ic_muxing"]) }
             ]
         }
 

@@ -6,10 +6,14 @@ EText {
     id: root
 
     property int tipDelay: 500
+    /// What lies below is not told of the pointer meanwhile.
+    readonly property bool isHovered: hover.hovered
 
     elide: Text.ElideRight
 
     HoverHandler {
+        id: hover
+
         onHoveredChanged: {
             if (hovered && root.truncated)
                 tip.open()
