@@ -8,7 +8,6 @@
 #include "smartdb/project.h"
 #include "smartdb/text.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace ZRSmartDB
@@ -50,16 +49,27 @@ void ModelStore::load() const
     if (m_isLoaded)
         return;
     for (auto& data : ProjectFile(m_project.folder()).readModels())
-        m_records.push_back(std::make_unique<ModelRecord>(std::move(data)));
+        remember(std::move(data));
     m_isLoaded = true;
+}
+
+void ModelStore::remember(ModelData data) const
+{
+    auto* record = m_records.emplace_back(std::make_unique<ModelRecord>(std::move(data))).get();
+    m_byGuid[record->guid()] = record;
+}
+
+void ModelStore::forget(const std::string& guid) const
+{
+    m_byGuid.erase(guid);
+    std::erase_if(m_records, [&](const auto& record) { return record->guid() == guid; });
 }
 
 ModelRecord* ModelStore::find(const std::string& guid) const
 {
     load();
-    const auto found = std::find_if(m_records.begin(), m_records.end(),
-                                    [&](const auto& record) { return record->guid() == guid; });
-    return found != m_records.end() ? found->get() : nullptr;
+    const auto found = m_byGuid.find(guid);
+    return found != m_byGuid.end() ? found->second : nullptr;
 }
 
 ModelRecord& ModelStore::require(const std::string& guid) const
@@ -83,8 +93,8 @@ void ModelStore::replace(const std::string& removed, const std::string& added, c
     if (!removed.empty())
         change.removedModels.push_back(removed);
     ProjectFile(m_project.folder()).write(change);
-    std::erase_if(m_records, [&](const auto& record) { return record->guid() == removed; });
-    m_records.push_back(std::make_unique<ModelRecord>(std::move(data)));
+    forget(removed);
+    remember(std::move(data));
     m_use.added(m_project.GetGuid(), GuidOf(added));
 }
 
@@ -128,7 +138,7 @@ void ModelStore::RemoveModelProj(const ZRSmartFormat::SZRFTGuid& model)
         ProjectChange change;
         change.removedModels.push_back(guid);
         ProjectFile(m_project.folder()).write(change);
-        std::erase_if(m_records, [&](const auto& record) { return record->guid() == guid; });
+        forget(guid);
         letGoOf(guid);
     });
 }

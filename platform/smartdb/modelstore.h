@@ -7,6 +7,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace ZRSmartDB
@@ -38,6 +39,8 @@ private:
     [[nodiscard]] ModelRecord* find(const std::string& guid) const;
     [[nodiscard]] ModelRecord& require(const std::string& guid) const;
     void requireNone(const std::string& guid) const;
+    void remember(ModelData data) const;
+    void forget(const std::string& guid) const;
 
     /// Takes `added` in and `removed`, unless it is empty, out, in one transaction.
     void replace(const std::string& removed, const std::string& added, const std::wstring& dataFolder);
@@ -48,6 +51,7 @@ private:
     mutable std::mutex m_mutex; ///< protects the records, and lets changes come one after the other
     mutable bool m_isLoaded = false;
     mutable std::vector<std::unique_ptr<ModelRecord>> m_records; ///< in the order in which they were taken in
+    mutable std::unordered_map<std::string, ModelRecord*> m_byGuid; ///< the same, for finding one
 };
 
 } // namespace ZRSmartDB
