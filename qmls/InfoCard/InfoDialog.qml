@@ -3,6 +3,7 @@ import QtQuick 2.15
 import "qrc:/EditorCommon/qmls/Config"
 import "qrc:/EditorCommon/qmls/BasicComponent"
 import "qrc:/EditorCommon/qmls/BizComponent"
+import "../FloorMatch"
 
 /// The info card: what is known of one project. The data of a project on this machine are saved by OK; what is typed for
 /// one that is on the server only goes there.
@@ -130,6 +131,15 @@ EDialog {
                 onClick: root.cancel()
             }
         }
+    }
+
+    /// Whoever opens it enables it first.
+    FloorMatch {
+        id: floorMatchDialog
+
+        objectName: "floorMatchDialog"
+        parent: mainRoot
+        enabled: false
     }
 
     EMessageBox {

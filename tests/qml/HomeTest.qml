@@ -128,6 +128,8 @@ Item {
 
     property QtObject gridViewModel: null
     property QtObject orgModel: null
+    property QtObject floorModel: null
+    property QtObject floorMatchedCtrl: null
 
     property QtObject proInfoModel: QtObject {
         property string projGuid: "shown"

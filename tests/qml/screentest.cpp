@@ -8,6 +8,7 @@
 #include "XHUtility/treemodel.h"
 #include "convert/kyvconvertmodel.h"
 #include "core/tools.h"
+#include "floorscreens.h"
 #include "view/context/editorcontrol/gridviewdata.h"
 #include "view/context/editorcontrol/gridviewlistmodel.h"
 
@@ -234,6 +235,7 @@ public slots:
         qmlRegisterType<KYVConvertCommon::CKYVConvertState>("CKYVConvertState", 1, 0, "KYVConvertState");
         qmlRegisterAnonymousType<XHUTILITY::CSortTreeModel>("XHUtility", 1);
         engine->rootContext()->setContextProperty(QStringLiteral("screens"), new Screens(engine));
+        engine->rootContext()->setContextProperty(QStringLiteral("floors"), new FloorScreens(engine));
     }
 
     void cleanupTestCase() { qInstallMessageHandler(earlierHandler); }

@@ -418,5 +418,13 @@ HomeTest {
             compare(screens.spoken(part("infoOkBtn")).name, "确定")
             compare(screens.spoken(part("infoCancelBtn")).name, "取消")
         }
+
+        function test_floorDialogStandsReadyAndIsNotEnabled() {
+            const floorDialog = findChild(dialog, "floorMatchDialog")
+            verify(floorDialog !== null)
+            compare(floorDialog.enabled, false)
+            compare(floorDialog.parent, home)
+            compare(floorDialog.visible, false)
+        }
     }
 }

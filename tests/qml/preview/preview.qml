@@ -284,6 +284,42 @@ HomeTest {
             closeCard()
         }
 
+        function test_floorDialog() {
+            const tower = ["B2", "B1", "1F", "2F", "3F", "4F", "5F", "屋顶"]
+            floors.start([
+                { name: "地下二层", models: { a: ["B2"] } },
+                { name: "地下一层", models: { a: ["B1"], b: ["-1F"] } },
+                { name: "一层", models: { a: ["1F"], b: ["1F", "夹层"] } },
+                { name: "二层", models: { a: ["2F"], b: ["2F"] } },
+                { name: "三层", models: { a: ["3F"] } },
+                { name: "屋顶层", models: {} }
+            ], [], [{ guid: "a", name: "塔楼 结构", floors: tower },
+                    { guid: "b", name: "裙房 建筑", floors: ["-1F", "1F", "夹层", "2F"] }])
+            home.floorModel = floors.model
+            home.floorMatchedCtrl = floors.ctrl
+            proInfoModel.bBimViewShow = true
+            openCard([textRow("工程名称", "滨江路综合楼", false), textRow("工程类型", "BIM工程", true)])
+            const dialog = findChild(loader.item, "floorMatchDialog")
+            dialog.enabled = true
+            dialog.open()
+            tryVerify(function() { return home.findShown("floor_2") !== null })
+            mouseClick(home.findShown("floor_2"))
+            mouseMove(home, 10, 10)
+            shoot("floors")
+            keyClick(Qt.Key_Down)
+            keyClick(Qt.Key_Down, Qt.ShiftModifier)
+            shoot("floors-keyboard")
+            mouseClick(home.findShown("floorAddBtn"))
+            tryVerify(function() { return home.findShown("floorNameOkBtn") !== null })
+            mouseClick(home.findShown("floorNameOkBtn"))
+            shoot("floors-name")
+            keyClick(Qt.Key_Escape)
+            tryVerify(function() { return home.findShown("floorNameOkBtn") === null })
+            dialog.close()
+            tryCompare(dialog, "visible", false)
+            closeCard()
+        }
+
         function test_infoCardOfAServersProject() {
             proInfoModel.bModify = false
             proInfoModel.projImage = "file:////nowhere.jpg"
