@@ -41,7 +41,8 @@ function glb(document, binary) {
     return Buffer.concat([head, chunks]);
 }
 
-// Nodes are {name, extras, parent, box, colour, translation}; a node may have the box of another one (`like`). `ballast`
+// Nodes are {name, extras, parent, box, colour, translation}; a node may have the box of another one (`like`), or
+// lines instead, each with two ends. `ballast`
 // is bytes that nothing names, for a model that takes long to come.
 export function boxModel(nodes, ballast = 0) {
     const document = {asset: {version: '2.0'}, scene: 0, scenes: [{nodes: []}], nodes: [], meshes: [], materials: [],
@@ -56,8 +57,14 @@ export function boxModel(nodes, ballast = 0) {
         length += bytes.length;
         return document.accessors.length - 1;
     };
-    nodes.forEach(({name, extras, parent, box, colour, like, translation}, number) => {
+    nodes.forEach(({name, extras, parent, box, colour, like, translation, lines}, number) => {
         const node = {name, extras, translation};
+        if (lines) {
+            document.materials.push({pbrMetallicRoughness: {baseColorFactor: colour}});
+            document.meshes.push({primitives: [{mode: 1, attributes: {POSITION: add(new Float32Array(lines.flat(2)), 5126, 'VEC3', 3)},
+                material: document.materials.length - 1}]});
+            node.mesh = document.meshes.length - 1;
+        }
         if (box) {
             const {places, directions, indices} = boxArrays(box);
             const attributes = {POSITION: add(new Float32Array(places), 5126, 'VEC3', 3),
@@ -80,6 +87,16 @@ export function boxModel(nodes, ballast = 0) {
     const binary = Buffer.concat([...parts, noise]);
     document.buffers[0].byteLength = binary.length;
     return glb(document, binary);
+}
+
+// A drawing: two bundles of lines side by side, with different colours.
+export function drawing() {
+    const bundle = (left) => Array.from({length: 40}, (_, n) => [[left, 0, n / 10], [left + 4, 0, n / 10]]);
+    return boxModel([
+        {name: '图纸'},
+        {name: '绿线', parent: 0, lines: bundle(0), colour: green, extras: {type: 'LINE', id: 'L1'}},
+        {name: '蓝线', parent: 0, lines: bundle(6), colour: blue, extras: {type: 'LINE', id: 'L2'}},
+    ]);
 }
 
 export const green = [0.05, 0.6, 0.05, 1];

@@ -145,6 +145,13 @@ class Picture {
         return Buffer.compare(this.bytes, other.bytes) !== 0;
     }
 
+    // The middle of all that has that colour, for what has no inside; where it is on the canvas.
+    centreOf(kind) {
+        const places = this.placesOf(kind);
+        const mean = (values) => values.reduce((sum, value) => sum + value, 0) / values.length;
+        return [rim + mean(places.map((place) => place % this.width)), rim + mean(places.map((place) => Math.floor(place / this.width)))];
+    }
+
     // A pixel of that colour whose neighbours have it too.
     middleOf(kind) {
         const places = new Set(this.placesOf(kind));

@@ -3,7 +3,7 @@
 // The models of a project on its page, drawn by a real browser.
 import assert from 'node:assert/strict';
 import {after, before, test} from 'node:test';
-import {blue, boxModel, house, houseFloors} from './boxmodel.mjs';
+import {blue, boxModel, drawing, house, houseFloors} from './boxmodel.mjs';
 import {newPage, withBrowser} from './browser.mjs';
 import {ModelPage} from './modelpage.mjs';
 import {ProjectServer} from './projectserver.mjs';
@@ -20,6 +20,7 @@ before(async () => {
     };
     const whole = {'model.glb': house(), 'floors.json': houseFloors, 'model.json': '{"origin":[0,0,0]}'};
     add('house', [['主楼', whole]]);
+    add('drawing', [['图纸', {'model.glb': drawing()}]]);
     const annex = boxModel([{name: '裙楼墙', box: [[14, 0, 0], [20, 2.5, 10]], colour: blue}]);
     add('two', [['主楼', whole], ['裙楼', {'model.glb': annex, 'floors.json': houseFloors}]]);
 });
@@ -187,4 +188,20 @@ pageTest('noRequestLeavesTheServer', async (models, page) => {
     await models.ready();
     assert.ok(asked.some((address) => address.endsWith('/model.glb')), asked.join('\n'));
     assert.deepEqual(asked.filter((address) => !address.startsWith(`${server.address}/web/`)), []);
+});
+
+pageTest('linesAreSeenAndCanBeClicked', async (models, page) => {
+    await open(page, 'drawing');
+    await models.ready();
+    const picture = await models.pixels();
+    assert.ok(picture.count('green') > 500, String(picture.count('green')));
+    assert.ok(picture.count('blue') > 500, String(picture.count('blue')));
+    const [x, y] = picture.centreOf('blue');
+    const canvas = await (await page.$('.model canvas')).boundingBox();
+    await page.mouse.click(canvas.x + x, canvas.y + y);
+    await models.waitForText('.properties h3', '蓝线');
+    const marked = await models.pixels();
+    assert.equal(marked.count('blue'), 0);
+    assert.ok(marked.count('azure') > 500, String(marked.count('azure')));
+    assert.ok(marked.count('green') > 500, 'the other lines are marked too');
 });

@@ -5,6 +5,7 @@
 import {
     BatchedMesh, Box3, BufferAttribute, BufferGeometry, DoubleSide, Matrix4, MeshLambertMaterial, Vector4,
 } from 'three';
+import {Lines} from './lines.js';
 
 const marked = new Vector4(0.01, 0.26, 1, 1);
 
@@ -17,7 +18,7 @@ function geometryOf({positions, normals, indices}) {
     return geometry;
 }
 
-class Batch {
+class Surfaces {
     constructor(entries, isClear) {
         const geometries = new Set(entries.map(({part}) => part.geometry));
         let corners = 0;
@@ -45,46 +46,61 @@ class Batch {
         const box = this.mesh.getBoundingBoxAt(geometry, new Box3()).applyMatrix4(place);
         this.parts[id] = {node, colour, box};
     }
+
+    show(wanted) {
+        this.parts.forEach((part, id) => this.mesh.setVisibleAt(id, wanted(part)));
+    }
+
+    paint(colourOf) {
+        this.parts.forEach((part, id) => this.mesh.setColorAt(id, colourOf(part)));
+    }
+
+    partOf(hit) {
+        return this.parts[hit.batchId];
+    }
 }
 
 export class ModelBatches {
-    // `shift` is where the model stands among the others.
-    constructor(nodes, shift) {
+    // `shift` is where the model stands among the others, `isDark` whether what is behind it is.
+    constructor(nodes, shift, isDark) {
         const move = new Matrix4().makeTranslation(shift);
-        const entries = {solid: [], clear: []};
+        const entries = {solid: [], clear: [], lines: []};
         nodes.forEach(({parts, place}, node) => {
             const moved = place.clone().premultiply(move);
-            for (const part of parts) entries[part.colour.alpha < 1 ? 'clear' : 'solid'].push({part, node, place: moved});
+            for (const part of parts) {
+                const kind = part.isLines ? 'lines' : part.colour.alpha < 1 ? 'clear' : 'solid';
+                entries[kind].push({part, node, place: moved});
+            }
         });
         this.batches = [];
-        if (entries.solid.length > 0) this.batches.push(new Batch(entries.solid, false));
-        if (entries.clear.length > 0) this.batches.push(new Batch(entries.clear, true));
+        if (entries.solid.length > 0) this.batches.push(new Surfaces(entries.solid, false));
+        if (entries.lines.length > 0) this.batches.push(new Lines(entries.lines, isDark));
+        if (entries.clear.length > 0) this.batches.push(new Surfaces(entries.clear, true));
     }
 
     get meshes() {
         return this.batches.map(({mesh}) => mesh);
     }
 
-    nodeAt(mesh, id) {
-        return this.batches.find((batch) => batch.mesh === mesh).parts[id].node;
+    nodeAt(hit) {
+        return this.batches.find(({mesh}) => mesh === hit.object).partOf(hit).node;
     }
 
     // What `wanted` says yes to, of node and box, is shown. The result is the nodes that are.
     show(wanted) {
         const shown = new Set();
-        for (const {mesh, parts} of this.batches) {
-            parts.forEach(({node, box}, id) => {
+        for (const batch of this.batches) {
+            batch.show(({node, box}) => {
                 const isShown = wanted(node, box);
-                mesh.setVisibleAt(id, isShown);
                 if (isShown) shown.add(node);
+                return isShown;
             });
         }
         return shown;
     }
 
     mark(isMarked) {
-        for (const {mesh, parts} of this.batches)
-            parts.forEach(({node, colour}, id) => mesh.setColorAt(id, isMarked(node) ? marked : colour));
+        for (const batch of this.batches) batch.paint(({node, colour}) => isMarked(node) ? marked : colour);
     }
 
     boxOf(isWanted, box = new Box3()) {

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 //
-// Reads a binary glTF file as the converter writes them: nodes with extras, triangles with places and normals, plain
-// colours. What a file holds beyond that is left out. Throws an Error for what is no such file.
+// Reads a binary glTF file as the converter writes them: nodes with extras, triangles with places and normals, lines,
+// plain colours. What a file holds beyond that is left out. Throws an Error for what is no such file.
 import {Matrix4, Quaternion, Vector3} from 'three';
 
 const magic = 0x46546c67;
 const jsonChunk = 0x4e4f534a;
 const binaryChunk = 0x004e4942;
+const lines = 1;
 const triangles = 4;
 const arrays = {
     5121: Uint8Array, 5123: Uint16Array, 5125: Uint32Array, 5126: Float32Array,
@@ -80,8 +81,10 @@ class Reader {
 
     parts(mesh) {
         return (this.document.meshes?.[mesh]?.primitives ?? [])
-            .filter(({mode = triangles, attributes}) => mode === triangles && attributes.POSITION !== undefined)
-            .map((primitive) => ({geometry: this.geometry(primitive), colour: this.colour(primitive.material)}));
+            .filter(({mode = triangles, attributes}) => [lines, triangles].includes(mode) && attributes.POSITION !== undefined)
+            .map((primitive) => ({
+                geometry: this.geometry(primitive), colour: this.colour(primitive.material), isLines: primitive.mode === lines,
+            }));
     }
 }
 

@@ -39,6 +39,7 @@ class Viewer {
     // False when the browser cannot draw.
     open() {
         const colour = getComputedStyle(document.documentElement).getPropertyValue('--ground').trim();
+        this.isDark = matchMedia('(prefers-color-scheme: dark)').matches;
         this.frame.body.hidden = false;
         try {
             this.view = new View(this.frame.picture, colour, {
@@ -77,7 +78,7 @@ class Viewer {
 
     take(info, {glb, floors, origin}) {
         const nodes = readGlb(glb);
-        const batches = new ModelBatches(nodes, this.shiftOf(origin));
+        const batches = new ModelBatches(nodes, this.shiftOf(origin), this.isDark);
         const number = this.models.length;
         const item = this.tree.add(info.name, -1, true);
         this.places[item] = [number, -1];

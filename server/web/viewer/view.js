@@ -122,10 +122,12 @@ export class View {
         const spot = new Vector2((clientX - frame.left) / frame.width * 2 - 1, 1 - (clientY - frame.top) / frame.height * 2);
         const ray = new Raycaster();
         ray.setFromCamera(spot, this.camera);
+        // A line has no width: whoever clicks beside it means it.
+        ray.params.Line.threshold = this.camera.position.distanceTo(this.controls.target) / 200;
         const isKept = ({point}) => this.renderer.clippingPlanes.every((plane) => plane.distanceToPoint(point) >= 0);
         const hit = ray.intersectObjects(this.models.flatMap(({meshes}) => meshes), false).find(isKept);
         const model = hit ? this.models.findIndex(({meshes}) => meshes.includes(hit.object)) : -1;
-        this.onPick(model, hit ? this.models[model].nodeAt(hit.object, hit.batchId) : -1);
+        this.onPick(model, hit ? this.models[model].nodeAt(hit) : -1);
     }
 
     onKey(event) {
