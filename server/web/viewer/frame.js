@@ -14,7 +14,7 @@ export function makeFrame(section) {
         bar: element('progress', {max: 100, value: 0}),
         trouble: element('p', {className: 'trouble'}),
         floors: element('select', {className: 'floors'}),
-        whole: element('button', {type: 'button', className: 'whole', textContent: '显示全部'}),
+        whole: element('button', {type: 'button', className: 'whole', textContent: '适应窗口'}),
         shown: element('output', {className: 'shown'}),
         search: element('input', {type: 'search', className: 'search', autocomplete: 'off'}),
         found: element('output', {className: 'found'}),

@@ -43,7 +43,7 @@ export class View {
     prepareCanvas(place) {
         this.canvas.tabIndex = 0;
         this.canvas.setAttribute('role', 'img');
-        this.canvas.setAttribute('aria-label', '三维模型。方向键旋转，Shift 加方向键平移，加号和减号缩放，Home 显示全部');
+        this.canvas.setAttribute('aria-label', '三维模型。方向键旋转，Shift 加方向键平移，加号和减号缩放，Home 适应窗口');
         this.renderer.setPixelRatio(Math.min(window.devicePixelRatio, 2));
         place.append(this.canvas);
         this.place = place;
