@@ -56,7 +56,9 @@ Outcome ConvertAnew(const Order& order, const OnPercent& onPercent)
     return order.picture.empty() ? Outcome() : Draw(source.model, order.picture);
 }
 
-Outcome ConvertOrFetch(const Order& order, const OnPercent& onPercent)
+} // namespace
+
+Outcome Convert(const Order& order, const OnPercent& onPercent)
 {
     // The digest of one file says nothing of those that it names.
     if (order.cache.empty() || !IsWhole(order.source))
@@ -71,17 +73,6 @@ Outcome ConvertOrFetch(const Order& order, const OnPercent& onPercent)
     auto outcome = ConvertAnew(order, onPercent);
     if (outcome.problem == Problem::none)
         cache.keep(*key, order.folder);
-    return outcome;
-}
-
-} // namespace
-
-Outcome Convert(const Order& order, const OnPercent& onPercent)
-{
-    auto outcome = ConvertOrFetch(order, onPercent);
-    if (outcome.problem == Problem::none && !order.attributes.empty() &&
-        !SetAttributes(order.folder, order.attributes))
-        return {Problem::disk, "the folder " + order.folder.string() + " cannot be written"};
     return outcome;
 }
 

@@ -5,7 +5,6 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <map>
 #include <string>
 
 namespace kyvconvert
@@ -32,7 +31,6 @@ struct Order {
     std::filesystem::path cache;   ///< empty for none
     std::uintmax_t cacheLimit = 0; ///< bytes that the cache may hold
     Mode mode = Mode::staticModel;
-    std::map<std::string, std::string> attributes; ///< what the model's owner wants to know of it later
 };
 
 /// Converts a model file into a model folder. One call at a time in a process.

@@ -22,7 +22,6 @@ struct Arguments {
     std::string only;
     std::string picture;
     std::string cache;
-    std::vector<std::string> attributes;
     std::uint64_t cacheMebibytes = 4096;
     std::uint64_t memoryMebibytes = 0;
     double seconds = 0.0;
@@ -122,13 +121,6 @@ int main(int argumentCount, char** argumentValues)
         .add_option("--mode", given.mode,
                     "0 static model, 1 levels with quality first, 3 with performance first")
         ->check(CLI::IsMember({0, 1, 3}));
-    parser
-        .add_option("--attribute", given.attributes,
-                    "KEY=VALUE that model.json is to hold; may be given several times")
-        ->allow_extra_args(false)
-        ->check([](const std::string& text) {
-            return text.find('=') != std::string::npos ? std::string() : "KEY=VALUE is wanted: " + text;
-        });
     parser.add_option("--memory", given.memoryMebibytes, "MiB that the conversion may occupy");
     parser.add_option("--time", given.seconds, "seconds that it may take");
     parser.add_option("--cache", given.cache, "folder of models that were converted before");
@@ -160,8 +152,6 @@ int main(int argumentCount, char** argumentValues)
     order.cache = given.cache;
     order.cacheLimit = given.cacheMebibytes * mebibyte;
     order.mode = static_cast<Mode>(given.mode);
-    for (const auto& text : given.attributes)
-        order.attributes[text.substr(0, text.find('='))] = text.substr(text.find('=') + 1);
     const int code = RunJob({given.memoryMebibytes * mebibyte, given.seconds},
                             [&] { return RunConversion(order, workshop, argumentCount, argumentValues); });
     return code == done ? Deliver(given, workshop) : code;

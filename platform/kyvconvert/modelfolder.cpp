@@ -78,16 +78,6 @@ bool WriteJson(const json& value, const std::filesystem::path& file)
     return static_cast<bool>(stream.flush());
 }
 
-bool AddFacts(const std::filesystem::path& folder, const json& added)
-{
-    std::ifstream stream(folder / "model.json", std::ios::binary);
-    auto facts = json::parse(stream, nullptr, false);
-    if (!facts.is_object())
-        return false;
-    facts.update(added);
-    return WriteJson(facts, folder / "model.json");
-}
-
 } // namespace
 
 std::string WriteModelFolder(const SourceModel& source, const std::string& name,
@@ -116,12 +106,13 @@ std::string WriteModelFolder(const SourceModel& source, const std::string& name,
 
 bool RenameModel(const std::filesystem::path& folder, const std::string& name, const std::string& sourceName)
 {
-    return AddFacts(folder, {{"name", name}, {"source", sourceName}});
-}
-
-bool SetAttributes(const std::filesystem::path& folder, const std::map<std::string, std::string>& attributes)
-{
-    return AddFacts(folder, {{"attributes", attributes}});
+    std::ifstream stream(folder / "model.json", std::ios::binary);
+    auto facts = json::parse(stream, nullptr, false);
+    if (!facts.is_object())
+        return false;
+    facts["name"] = name;
+    facts["source"] = sourceName;
+    return WriteJson(facts, folder / "model.json");
 }
 
 } // namespace kyvconvert

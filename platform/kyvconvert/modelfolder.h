@@ -4,7 +4,6 @@
 #include "kyvconvert/sourcemodel.h"
 
 #include <filesystem>
-#include <map>
 #include <string>
 
 namespace kyvconvert
@@ -22,10 +21,5 @@ inline constexpr const char* modelFiles[] = {"model.glb", "model.json", "floors.
 /// Gives a model folder another name and source. False when it is none.
 [[nodiscard]] bool RenameModel(const std::filesystem::path& folder, const std::string& name,
                                const std::string& sourceName);
-
-/// Writes "attributes" into the "model.json" of a model folder, for whoever takes the model in. False when it
-/// is none.
-[[nodiscard]] bool SetAttributes(const std::filesystem::path& folder,
-                                 const std::map<std::string, std::string>& attributes);
 
 } // namespace kyvconvert

@@ -96,12 +96,8 @@ void CKYVConvertMgr::ConvertDwg(const QString& uid, const QString& absoluteFileP
 
 void CKYVConvertMgr::ConvertFBX(const QString& uid, const QString& absoluteFilePath)
 {
-    // By this the project still knows later that the model came from no archive.
     if (m_engine)
-        m_engine->queue().add(
-            {uid,
-             absoluteFilePath,
-             {NameOption(absoluteFilePath), QStringLiteral("--attribute=editor_import_source_type=FBX")}});
+        m_engine->queue().add({uid, absoluteFilePath, {NameOption(absoluteFilePath)}});
 }
 
 void CKYVConvertMgr::CancleAllConvert()

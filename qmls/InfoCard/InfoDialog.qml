@@ -103,6 +103,10 @@ EDialog {
             anchors.bottom: buttons.top
             width: parent.width
             visible: proInfoModel.bBimViewShow
+            onFloorsRequested: {
+                floorMatchDialog.enabled = true
+                floorMatchDialog.open()
+            }
         }
 
         Row {
@@ -133,7 +137,6 @@ EDialog {
         }
     }
 
-    /// Whoever opens it enables it first.
     FloorMatch {
         id: floorMatchDialog
 

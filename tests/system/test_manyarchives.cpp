@@ -35,7 +35,7 @@ QStringList NamesOfModelsHere()
 } // namespace
 
 /// Several archives under way at once, and what they leave in the projects.
-class TestConversionQueue : public road::Suite
+class TestManyArchives : public road::Suite
 {
     Q_OBJECT
 
@@ -118,5 +118,5 @@ private:
     QTemporaryDir m_folder;
 };
 
-ROAD_MAIN(TestConversionQueue)
-#include "test_conversionqueue.moc"
+ROAD_MAIN(TestManyArchives)
+#include "test_manyarchives.moc"
