@@ -21,11 +21,13 @@ namespace
 const std::string guid = "5b0f6a52-6c1e-4d0b-9a35-1f1d6b7c0a01";
 constexpr int patience = 60000;
 
-// Converters that do what a test wants. "$here" is a folder of the test's.
+// Converters that do what a test wants. "$here" is a folder of the test's; "begun" tells the test that the
+// converter is where it wants it.
 const QByteArray converts = "exec $converter \"$@\"\n";
-const QByteArray waitsUntilItMay = "while [ ! -e $here/may ]; do sleep 0.1; done\nexec $converter \"$@\"\n";
+const QByteArray waitsUntilItMay =
+    "begun\nwhile [ ! -e $here/may ]; do sleep 0.1; done\nexec $converter \"$@\"\n";
 const QByteArray isSlowOnce =
-    "if [ ! -e $here/again ]; then touch $here/again; exec sleep 600; fi\nexec $converter \"$@\"\n";
+    "if [ ! -e $here/again ]; then touch $here/again; begun; exec sleep 600; fi\nexec $converter \"$@\"\n";
 const QByteArray refuses = "echo '{\"error\": \"no model for you\", \"code\": 3}'\nexit 3\n";
 
 } // namespace
@@ -121,7 +123,7 @@ std::unique_ptr<BoundProcess> TestRemoteWorker::startWorker(const QByteArray& co
             qFatal("the test cannot write its converter");
         script.write("#!/bin/bash\nhere=" + m_here->path().toUtf8() +
                      "\nconverter=" TORVO_CONVERTER "\necho '{\"percent\": 40}'\n"
-                     "echo $$ >$here/pid.new\nmv $here/pid.new $here/pid\n" +
+                     "begun() { echo $$ >$here/pid.new; mv $here/pid.new $here/pid; }\n" +
                      converter);
         script.close();
         script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
