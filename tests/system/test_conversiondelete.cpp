@@ -71,14 +71,9 @@ class TestConversionDelete : public road::Suite
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        QVERIFY(road::MakeLargeArchive(file("large")));
-        QVERIFY(road::MakeHollowArchive(file("hollow")));
-    }
-
     void whatIsUnpackedAndWhatWaitsForThatCanBeGivenUp()
     {
+        QVERIFY(road::MakeLargeArchive(file("large")) && road::MakeHollowArchive(file("hollow")));
         auto conversions = dialog();
         QVERIFY(open(conversions));
         QVERIFY(conversions.send(file("large")));
@@ -154,6 +149,7 @@ private slots:
 
     void whatTheServerCouldNotConvertLeavesTheListAndStaysAmongTheFailures()
     {
+        QVERIFY(road::MakeHollowArchive(file("hollow")));
         auto conversions = dialog();
         QVERIFY(open(conversions));
         QVERIFY(conversions.send(file("hollow")));

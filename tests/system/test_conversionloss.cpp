@@ -32,15 +32,15 @@ class TestConversionLoss : public road::Suite
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QVERIFY(road::MakeLargeArchive(m_folder.filePath("large.kyv"))); }
-
     void leavingWithAnArchiveUnderWayIsAskedAbout_data() { rowsOfAnswers(); }
     void leavingWithAnArchiveUnderWayIsAskedAbout()
     {
         QFETCH(QString, answer);
+        const auto large = m_folder.filePath("large.kyv");
+        QVERIFY(road::MakeLargeArchive(large));
         auto conversions = dialog();
         QVERIFY(open(conversions));
-        QVERIFY(conversions.send(m_folder.filePath("large.kyv")));
+        QVERIFY(conversions.send(large));
         QVERIFY(conversions.close());
         server->halt();
         QVERIFY(session->home().click("closeBtn"));

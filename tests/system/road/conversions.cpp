@@ -21,6 +21,8 @@ namespace
 {
 
 constexpr xcb_keysym_t enterKey = 0xff0d;
+constexpr xcb_keysym_t controlKey = 0xffe3;
+constexpr xcb_keysym_t selectAllKey = 'a';
 const QString rowPrefix = QStringLiteral("kyvRow_");
 
 /// The guid behind the prefix in the object name of the row that shows this name; empty when there is none.
@@ -94,6 +96,8 @@ bool Conversions::choose(const QString& archive)
     if (!m_home.click(QStringLiteral("addKyvBtn")))
         return false;
     m_desktop.awaitQuiet();
+    // The name that was chosen last may still stand there.
+    m_desktop.press(selectAllKey, controlKey);
     m_desktop.type(archive);
     m_desktop.press(enterKey);
     return WaitFor([] { return HomeScreen::shows(QStringLiteral("balancedBtn")); }) &&
@@ -114,8 +118,9 @@ bool Conversions::sendInPlaceOf(const QString& archive, const QString& name)
         !m_home.click(QStringLiteral("okBtn")) || !WaitFor([&] { return !GuidOf(choices, name).isEmpty(); }))
         return false;
     m_desktop.awaitQuiet();
-    return m_home.click(choices + GuidOf(choices, name)) &&
-           WaitFor([] { return HomeScreen::item(QStringLiteral("okBtn"))->isEnabled(); }) &&
+    m_desktop.click(HomeScreen::middleOf(
+        *HomeScreen::itemIn(choices + GuidOf(choices, name), QStringLiteral("kyvRadio"))));
+    return WaitFor([] { return HomeScreen::item(QStringLiteral("okBtn"))->isEnabled(); }) &&
            m_home.click(QStringLiteral("okBtn")) &&
            WaitFor([] { return HomeScreen::shows(QStringLiteral("addKyvBtn")); });
 }
@@ -178,12 +183,11 @@ bool PackModel(const QString& model, const QString& archive)
 bool MakeLargeArchive(const QString& archive)
 {
     // Halves when it is packed: neither stored as it is, nor done in a moment.
-    constexpr int bytes = 300 << 20;
-    std::mt19937_64 numbers(1);
-    QByteArray content;
-    content.reserve(bytes);
-    while (content.size() < bytes)
-        content += QByteArray::number(static_cast<qulonglong>(numbers()), 16);
+    constexpr int bytes = 150 << 20;
+    std::mt19937 numbers(1);
+    QByteArray content(bytes, Qt::Uninitialized);
+    for (auto& byte : content)
+        byte = static_cast<char>('a' + numbers() % 16);
     return PackFile(content, archive);
 }
 
