@@ -158,11 +158,12 @@ private slots:
         QFETCH(QString, file);
         if (file.endsWith(QLatin1String("EConfig.qml")))
             return;
-        const QStringList fixed{QStringLiteral("#f0f0f0"), QStringLiteral("#dddddd"),
-                                QStringLiteral("#d9a44c"), QStringLiteral("#00c7f5"),
-                                QStringLiteral("#2e2e2e"), QStringLiteral("#2a2a2a"),
-                                QStringLiteral("#272727"), QStringLiteral("#1473e6"),
-                                QStringLiteral("#535353"), QStringLiteral("#636363")};
+        const QStringList fixed{
+            QStringLiteral("#f0f0f0"), QStringLiteral("#dddddd"), QStringLiteral("#d9a44c"),
+            QStringLiteral("#00c7f5"), QStringLiteral("#2e2e2e"), QStringLiteral("#2a2a2a"),
+            QStringLiteral("#272727"), QStringLiteral("#1473e6"), QStringLiteral("#535353"),
+            QStringLiteral("#636363"), QStringLiteral("#a0a0a0"), QStringLiteral("#adadad"),
+            QStringLiteral("#494b4e"), QStringLiteral("#ffffff")};
         auto each = QRegularExpression(QStringLiteral("\"(#[0-9a-fA-F]+)\"")).globalMatch(TextOf(file));
         while (each.hasNext()) {
             const QString colour = each.next().captured(1);
