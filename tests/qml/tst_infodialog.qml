@@ -426,5 +426,20 @@ HomeTest {
             compare(floorDialog.parent, home)
             compare(floorDialog.visible, false)
         }
+
+        function test_floorsOpenOnTheCardsProject() {
+            floors.start([{ name: "一层", models: {} }], [], [])
+            screens.takeWarnings() // of managers that find no files of their own here
+            home.floorModel = floors.model
+            home.floorMatchedCtrl = floors.ctrl
+            const floorDialog = findChild(dialog, "floorMatchDialog")
+            findChild(dialog, "bimInfo").floorsRequested()
+            tryCompare(floorDialog, "opened", true)
+            compare(floorDialog.enabled, true)
+            compare(floors.rows(), ["一层"])
+            floorDialog.close()
+            tryCompare(floorDialog, "visible", false)
+            floorDialog.enabled = false
+        }
     }
 }
