@@ -21,7 +21,7 @@ struct Request {
     bool isForPage = false;        ///< it went to /web: a person reads the answer
     std::string query;             ///< behind the "?", as it came
     std::string cookie;
-    std::string guard; ///< what only a page of this server knows, from the header X-Torvo-Guard
+    std::string guard;        ///< what only a page of this server knows, from the header X-Torvo-Guard
     bool isEncrypted = false; ///< between browser and proxy
     std::string authorization;
     std::string ifNoneMatch;
