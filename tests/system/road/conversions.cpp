@@ -114,8 +114,12 @@ bool Conversions::send(const QString& archive)
 bool Conversions::sendInPlaceOf(const QString& archive, const QString& name)
 {
     const QString choices = QStringLiteral("kyvChoice_");
-    if (!choose(archive) || !m_home.click(QStringLiteral("updateBtn")) ||
-        !m_home.click(QStringLiteral("okBtn")) || !WaitFor([&] { return !GuidOf(choices, name).isEmpty(); }))
+    if (!choose(archive))
+        return false;
+    // The cards have a button of that name, too.
+    m_desktop.click(
+        HomeScreen::middleOf(*HomeScreen::itemIn(QStringLiteral("kyvPage"), QStringLiteral("updateBtn"))));
+    if (!m_home.click(QStringLiteral("okBtn")) || !WaitFor([&] { return !GuidOf(choices, name).isEmpty(); }))
         return false;
     m_desktop.awaitQuiet();
     m_desktop.click(HomeScreen::middleOf(
