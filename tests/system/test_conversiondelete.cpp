@@ -79,7 +79,7 @@ private slots:
         QVERIFY(conversions.send(file("large")));
         QTRY_COMPARE_WITH_TIMEOUT(Conversions::stateOf("large"), road::unpacked, patience);
         QVERIFY(conversions.send(file("hollow")));
-        QCOMPARE(Conversions::stateOf("hollow"), road::waitsForUnpacking);
+        QTRY_COMPARE(Conversions::stateOf("hollow"), road::waitsForUnpacking);
         QVERIFY(conversions.giveUp("hollow"));
         QTRY_COMPARE_WITH_TIMEOUT(Conversions::stateOf("hollow"), road::noRow, patience);
         QVERIFY(conversions.giveUp("large"));
