@@ -2,6 +2,7 @@
 #include "samples/samplewriter.h"
 
 #include "kyvconvert/modelfolder.h"
+#include "kyvconvert/optimise.h"
 #include "kyvconvert/picture.h"
 #include "kyvconvert/sourcereader.h"
 #include "samples/oldproject.h"
@@ -105,6 +106,7 @@ private:
         auto& source = std::get<kyvconvert::SourceModel>(read);
         if (!model.only.empty() && !kyvconvert::KeepOnly(source.model, model.only))
             throw std::runtime_error(model.source + " has no node " + model.only);
+        kyvconvert::Optimise(source, kyvconvert::Mode::staticModel);
 
         if (model.size > 0.0)
             setOnGround(source.model, model.size);

@@ -140,14 +140,14 @@ void MakeGeometry(const fs::path& file, unsigned seed, std::uint64_t bytes)
 void Make(const fs::path& folder)
 {
     unsigned seed = 20261121;
-    for (int number = 0; number < 12; ++number)
+    for (int number = 0; number < 16; ++number)
         MakeGeometry(folder / ("part" + std::to_string(number) + ".zrg"), ++seed, 90 * megabyte);
-    for (int number = 0; number < 4; ++number)
+    for (int number = 0; number < 5; ++number)
         MakeNoise(folder / ("packed" + std::to_string(number) + ".zrg"), ++seed, 45 * megabyte);
     Content index(folder / "model.zrim", ++seed);
     for (unsigned number = 0; number < 200000; ++number)
         index.addIndexLine(number);
-    MakeNoise(folder / "house.rvt", ++seed, 250 * megabyte);
+    MakeNoise(folder / "house.rvt", ++seed, 285 * megabyte);
     for (int number = 0; number < 100; ++number)
         MakeNoise(folder / ("picture" + std::to_string(number) + ".jpg"), ++seed, megabyte / 2);
     for (int number = 0; number < 20; ++number)

@@ -19,9 +19,9 @@ namespace kyvconvert
 namespace
 {
 
-constexpr unsigned steps = aiProcess_Triangulate | aiProcess_JoinIdenticalVertices | aiProcess_GenNormals |
-                           aiProcess_SortByPType | aiProcess_FindDegenerates |
-                           aiProcess_ValidateDataStructure;
+// Corners are shared, triangles without area dropped and missing normals made by ourselves: the library does
+// it too, and takes more time for it than for all the rest.
+constexpr unsigned steps = aiProcess_Triangulate | aiProcess_SortByPType | aiProcess_ValidateDataStructure;
 
 class Progress : public Assimp::ProgressHandler
 {
@@ -68,6 +68,12 @@ std::string TextOf(const aiMetadataEntry& entry)
     return text.str();
 }
 
+/// The library marks meshes whose triangles it has made of polygons.
+bool IsSurface(const aiMesh& mesh)
+{
+    return (mesh.mPrimitiveTypes & ~unsigned{aiPrimitiveType_NGONEncodingFlag}) == aiPrimitiveType_TRIANGLE;
+}
+
 class Reader
 {
 public:
@@ -80,11 +86,28 @@ public:
     {
         for (unsigned i = 0; i < m_scene.mNumMaterials; ++i)
             m_source.dropped.textures += m_scene.mMaterials[i]->GetTextureCount(aiTextureType_DIFFUSE);
+        makeRoom(*m_scene.mRootNode);
+        m_source.model.vertices.reserve(m_vertexCount);
+        m_source.model.indices.reserve(m_indexCount);
         takeNode(*m_scene.mRootNode, -1, aiMatrix4x4());
         return std::move(m_source);
     }
 
 private:
+    /// Counts what the nodes draw: a list that grows needs memory twice.
+    void makeRoom(const aiNode& node)
+    {
+        for (unsigned i = 0; i < node.mNumMeshes; ++i) {
+            const auto& mesh = *m_scene.mMeshes[node.mMeshes[i]];
+            if (!IsSurface(mesh))
+                continue;
+            m_vertexCount += mesh.HasNormals() ? mesh.mNumVertices : 3 * std::size_t(mesh.mNumFaces);
+            m_indexCount += 3 * std::size_t(mesh.mNumFaces);
+        }
+        for (unsigned i = 0; i < node.mNumChildren; ++i)
+            makeRoom(*node.mChildren[i]);
+    }
+
     /// Returns whether anything below the node has a surface; a node without is left out again.
     bool takeNode(const aiNode& node, int parent, const aiMatrix4x4& above)
     {
@@ -139,36 +162,63 @@ private:
 
     bool takeMesh(const aiMesh& mesh, std::uint32_t node, const aiMatrix4x4& matrix)
     {
-        if (mesh.mPrimitiveTypes != aiPrimitiveType_TRIANGLE) {
+        if (!IsSurface(mesh)) {
             m_source.dropped.primitives += mesh.mNumFaces;
             return false;
         }
         auto& model = m_source.model;
-        const auto first = static_cast<std::uint32_t>(model.vertices.size());
-        const aiMatrix3x3 normalMatrix = aiMatrix3x3(matrix).Inverse().Transpose();
-        const bool isMirrored = aiMatrix3x3(matrix).Determinant() < 0.0F;
-        for (unsigned i = 0; i < mesh.mNumVertices; ++i) {
-            const aiVector3D point = matrix * mesh.mVertices[i];
-            aiVector3D normal = normalMatrix * mesh.mNormals[i];
-            normal.NormalizeSafe();
-            if (normal.SquareLength() < 0.5F)
-                normal = {0, 1, 0};
-            model.vertices.push_back({{point.x, point.y, point.z}, {normal.x, normal.y, normal.z}});
-            model.bounds.include(model.vertices.back().position);
-        }
         gltf::Part part = materialOf(mesh.mMaterialIndex);
         part.node = node;
         part.firstIndex = static_cast<std::uint32_t>(model.indices.size());
-        for (unsigned i = 0; i < mesh.mNumFaces; ++i) {
-            const auto* corners = mesh.mFaces[i].mIndices;
-            model.indices.push_back(first + corners[0]);
-            model.indices.push_back(first + corners[isMirrored ? 2 : 1]);
-            model.indices.push_back(first + corners[isMirrored ? 1 : 2]);
-        }
+        if (mesh.HasNormals())
+            takeSmooth(mesh, matrix);
+        else
+            takeFlat(mesh, matrix);
         part.indexCount = static_cast<std::uint32_t>(model.indices.size()) - part.firstIndex;
         if (part.indexCount > 0)
             model.parts.push_back(part);
         return part.indexCount > 0;
+    }
+
+    void takeCorner(const aiVector3D& point, aiVector3D normal)
+    {
+        normal.NormalizeSafe();
+        if (!(normal.SquareLength() > 0.5F))
+            normal = {0, 1, 0};
+        m_source.model.vertices.push_back({{point.x, point.y, point.z}, {normal.x, normal.y, normal.z}});
+        m_source.model.bounds.include(m_source.model.vertices.back().position);
+    }
+
+    void takeSmooth(const aiMesh& mesh, const aiMatrix4x4& matrix)
+    {
+        auto& model = m_source.model;
+        const auto first = static_cast<std::uint32_t>(model.vertices.size());
+        const aiMatrix3x3 normalMatrix = aiMatrix3x3(matrix).Inverse().Transpose();
+        const bool isMirrored = aiMatrix3x3(matrix).Determinant() < 0.0F;
+        for (unsigned i = 0; i < mesh.mNumVertices; ++i)
+            takeCorner(matrix * mesh.mVertices[i], normalMatrix * mesh.mNormals[i]);
+        for (unsigned i = 0; i < mesh.mNumFaces; ++i) {
+            const auto* corners = mesh.mFaces[i].mIndices;
+            for (unsigned corner : {0U, isMirrored ? 2U : 1U, isMirrored ? 1U : 2U})
+                model.indices.push_back(first + corners[corner]);
+        }
+    }
+
+    /// A mesh without normals: each of its triangles is flat.
+    void takeFlat(const aiMesh& mesh, const aiMatrix4x4& matrix)
+    {
+        auto& model = m_source.model;
+        const bool isMirrored = aiMatrix3x3(matrix).Determinant() < 0.0F;
+        for (unsigned i = 0; i < mesh.mNumFaces; ++i) {
+            const auto* corners = mesh.mFaces[i].mIndices;
+            const auto a = matrix * mesh.mVertices[corners[0]];
+            const auto b = matrix * mesh.mVertices[corners[isMirrored ? 2 : 1]];
+            const auto c = matrix * mesh.mVertices[corners[isMirrored ? 1 : 2]];
+            for (const auto& point : {a, b, c}) {
+                model.indices.push_back(static_cast<std::uint32_t>(model.vertices.size()));
+                takeCorner(point, (b - a) ^ (c - a));
+            }
+        }
     }
 
     [[nodiscard]] gltf::Part materialOf(unsigned index) const
@@ -196,6 +246,8 @@ private:
     }
 
     const aiScene& m_scene;
+    std::size_t m_vertexCount = 0;
+    std::size_t m_indexCount = 0;
     SourceModel m_source;
 };
 
@@ -208,6 +260,10 @@ Read ReadWithAssimp(const std::filesystem::path& file, const OnPercent& onPercen
     importer.SetPropertyInteger(AI_CONFIG_PP_SBP_REMOVE, 0);
     importer.SetPropertyBool(AI_CONFIG_FBX_CONVERT_TO_M, true);
     importer.SetPropertyBool(AI_CONFIG_IMPORT_FBX_PRESERVE_PIVOTS, false);
+    // Nothing of it is drawn; two cameras of one name would have the whole file refused.
+    for (const auto* unneeded : {AI_CONFIG_IMPORT_FBX_READ_CAMERAS, AI_CONFIG_IMPORT_FBX_READ_LIGHTS,
+                                 AI_CONFIG_IMPORT_FBX_READ_ANIMATIONS, AI_CONFIG_IMPORT_FBX_READ_WEIGHTS})
+        importer.SetPropertyBool(unneeded, false);
     const aiScene* scene = importer.ReadFile(file.string(), steps);
     if (scene == nullptr || scene->mRootNode == nullptr)
         return Failure{std::string("the file cannot be read: ") + importer.GetErrorString()};

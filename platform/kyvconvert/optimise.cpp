@@ -2,10 +2,12 @@
 #include "kyvconvert/optimise.h"
 
 #include <algorithm>
+#include <atomic>
+#include <exception>
 #include <map>
 #include <span>
+#include <thread>
 #include <tuple>
-#include <unordered_map>
 #include <utility>
 
 #include <meshoptimizer.h>
@@ -176,7 +178,118 @@ struct Surface {
     }
 };
 
-/// A model that is put together anew, surface by surface.
+/// A surface as it comes out, finest first; each level over the same corners.
+struct Made {
+    Surface surface;
+    Part look;
+    std::vector<Indices> levels; ///< one for each of the mode, empty where it has none
+};
+
+/// All surfaces of a node.
+struct Component {
+    std::uint32_t node = 0;
+    std::vector<std::vector<const Part*>> looks;
+    std::vector<Made> made;
+    std::size_t droppedTriangles = 0;
+    std::size_t droppedLines = 0;
+};
+
+/// What one thread needs to make components.
+class Maker
+{
+public:
+    Maker(const Model& from, Mode mode)
+        : m_from(from)
+        , m_mode(mode)
+        , m_known(from.vertices.size(), unknown)
+    {
+    }
+
+    void make(Component& component, bool hasLevels)
+    {
+        for (const auto& parts : component.looks) {
+            auto surface = gather(parts);
+            surface.shareCorners();
+            (surface.isLines ? component.droppedLines : component.droppedTriangles) +=
+                surface.dropWhatIsNothing();
+            if (surface.indices.empty())
+                continue;
+            if (m_mode == Mode::performanceFirst)
+                surface.indices = surface.simplified(finestForPerformance);
+            surface.order();
+            component.made.push_back({std::move(surface), *parts.front(), {}});
+        }
+        if (hasLevels)
+            makeLevels(component.made);
+    }
+
+private:
+    static constexpr std::uint32_t unknown = UINT32_MAX;
+
+    [[nodiscard]] Surface gather(const std::vector<const Part*>& parts)
+    {
+        Surface surface;
+        surface.isLines = parts.front()->isLines;
+        std::size_t count = 0;
+        for (const auto* part : parts)
+            count += part->indexCount;
+        surface.indices.reserve(count);
+        m_touched.clear();
+        for (const auto* part : parts) {
+            for (std::uint32_t i = 0; i < part->indexCount; ++i) {
+                const auto old = m_from.indices[part->firstIndex + i];
+                if (m_known[old] == unknown) {
+                    m_known[old] = static_cast<std::uint32_t>(m_touched.size());
+                    m_touched.push_back(old);
+                }
+                surface.indices.push_back(m_known[old]);
+            }
+        }
+        surface.vertices.reserve(m_touched.size());
+        for (auto old : m_touched) {
+            surface.vertices.push_back(m_from.vertices[old]);
+            m_known[old] = unknown;
+        }
+        return surface;
+    }
+
+    /// A level holds every surface of its component, also those that cannot be any simpler.
+    void makeLevels(std::vector<Made>& made) const
+    {
+        const auto sizeOf = [](const std::vector<Indices>& all) {
+            std::size_t size = 0;
+            for (const auto& indices : all)
+                size += indices.size();
+            return static_cast<double>(size);
+        };
+        std::vector<Indices> before;
+        before.reserve(made.size());
+        for (const auto& each : made)
+            before.push_back(each.surface.indices);
+        for (const auto& level : LevelsOf(m_mode)) {
+            std::vector<Indices> simple;
+            simple.reserve(made.size());
+            for (const auto& each : made)
+                simple.push_back(each.surface.simplified(level));
+            const bool isWorthIt = sizeOf(simple) <= leastGain * sizeOf(before);
+            for (std::size_t i = 0; i < made.size(); ++i) {
+                if (isWorthIt && !made[i].surface.isLines)
+                    meshopt_optimizeVertexCache(simple[i].data(), simple[i].data(), simple[i].size(),
+                                                made[i].surface.vertices.size());
+                made[i].levels.push_back(isWorthIt ? simple[i] : Indices());
+            }
+            if (isWorthIt)
+                before = std::move(simple);
+        }
+    }
+
+    const Model& m_from;
+    Mode m_mode;
+    Indices m_known;   ///< by corner of the model: its number in the surface that is gathered
+    Indices m_touched; ///< the corners of that surface
+};
+
+/// A model that is put together anew, component by component, on all processors.
 class Optimised
 {
 public:
@@ -198,93 +311,98 @@ public:
         std::map<std::uint32_t, std::map<Look, std::vector<const Part*>>> nodes;
         for (const auto& part : m_from.parts)
             nodes[part.node][{part.color, part.isDoubleSided, part.isLines}].push_back(&part);
-        for (const auto& [node, looks] : nodes) {
-            std::vector<Placed> placed;
-            for (const auto& [look, parts] : looks)
-                put(gather(parts), *parts.front(), placed);
-            if (!m_hasChildren[node])
-                putLevels(placed);
+        std::vector<Component> components;
+        components.reserve(nodes.size());
+        for (auto& [node, looks] : nodes) {
+            components.push_back({node, {}, {}, 0, 0});
+            for (auto& [look, parts] : looks)
+                components.back().looks.push_back(std::move(parts));
+        }
+        makeAll(components);
+        m_from.vertices = {};
+        m_from.indices = {};
+        makeRoom(components);
+        for (auto& component : components) {
+            put(component);
+            dropped.triangles += component.droppedTriangles;
+            dropped.primitives += component.droppedLines;
+            component.made = {};
         }
         m_from = std::move(m_to);
-        dropped.triangles += m_triangles;
-        dropped.primitives += m_lines;
     }
 
 private:
-    [[nodiscard]] Surface gather(const std::vector<const Part*>& parts) const
+    void makeAll(std::vector<Component>& components) const
     {
-        Surface surface;
-        surface.isLines = parts.front()->isLines;
-        std::unordered_map<std::uint32_t, std::uint32_t> known;
-        for (const auto* part : parts) {
-            for (std::uint32_t i = 0; i < part->indexCount; ++i) {
-                const auto old = m_from.indices[part->firstIndex + i];
-                const auto [entry, isNew] =
-                    known.try_emplace(old, static_cast<std::uint32_t>(surface.vertices.size()));
-                if (isNew)
-                    surface.vertices.push_back(m_from.vertices[old]);
-                surface.indices.push_back(entry->second);
+        std::atomic<std::size_t> next = 0;
+        const auto work = [&] {
+            Maker maker(m_from, m_mode);
+            for (auto i = next++; i < components.size(); i = next++)
+                maker.make(components[i], !m_hasChildren[components[i].node]);
+        };
+        const std::size_t most = std::max(1U, std::thread::hardware_concurrency());
+        std::vector<std::exception_ptr> problems(std::min(most, components.size()));
+        {
+            std::vector<std::jthread> threads;
+            for (auto& problem : problems) {
+                threads.emplace_back([&] {
+                    try {
+                        work();
+                    } catch (...) {
+                        problem = std::current_exception();
+                    }
+                });
             }
         }
-        return surface;
+        for (const auto& problem : problems) {
+            if (problem)
+                std::rethrow_exception(problem);
+        }
     }
 
-    /// A surface with its place in the new model.
-    struct Placed {
-        Surface surface;
-        Part part;
-        std::uint32_t base;
-    };
-
-    void put(Surface surface, const Part& look, std::vector<Placed>& placed)
+    /// A list that grows needs memory twice.
+    void makeRoom(const std::vector<Component>& components)
     {
-        surface.shareCorners();
-        (surface.isLines ? m_lines : m_triangles) += surface.dropWhatIsNothing();
-        if (surface.indices.empty())
-            return;
-        if (m_mode == Mode::performanceFirst)
-            surface.indices = surface.simplified(finestForPerformance);
-        surface.order();
-        const auto base = static_cast<std::uint32_t>(m_to.vertices.size());
-        m_to.vertices.insert(m_to.vertices.end(), surface.vertices.begin(), surface.vertices.end());
-        for (const auto& vertex : surface.vertices)
-            m_to.bounds.include(vertex.position);
-        m_to.parts.push_back(partOf(surface.indices, base, look));
-        placed.push_back({std::move(surface), m_to.parts.back(), base});
+        std::size_t vertices = 0;
+        std::size_t indices = 0;
+        for (const auto& component : components) {
+            for (const auto& made : component.made) {
+                vertices += made.surface.vertices.size();
+                indices += made.surface.indices.size();
+                for (const auto& level : made.levels)
+                    indices += level.size();
+            }
+        }
+        m_to.vertices.reserve(vertices);
+        m_to.indices.reserve(indices);
     }
 
-    /// A level holds every surface of its component, also those that cannot be any simpler.
-    void putLevels(const std::vector<Placed>& placed)
+    void put(const Component& component)
     {
-        const auto sizeOf = [](const std::vector<Indices>& all) {
-            std::size_t size = 0;
-            for (const auto& indices : all)
-                size += indices.size();
-            return static_cast<double>(size);
-        };
-        std::vector<Indices> before;
-        before.reserve(placed.size());
-        for (const auto& each : placed)
-            before.push_back(each.surface.indices);
+        std::vector<std::uint32_t> bases;
+        for (const auto& made : component.made) {
+            bases.push_back(static_cast<std::uint32_t>(m_to.vertices.size()));
+            m_to.vertices.insert(m_to.vertices.end(), made.surface.vertices.begin(),
+                                 made.surface.vertices.end());
+            for (const auto& vertex : made.surface.vertices)
+                m_to.bounds.include(vertex.position);
+            m_to.parts.push_back(partOf(made.surface.indices, bases.back(), made.look));
+        }
         unsigned number = 0;
-        for (const auto& level : LevelsOf(m_mode)) {
-            std::vector<Indices> simple;
-            simple.reserve(placed.size());
-            for (const auto& each : placed)
-                simple.push_back(each.surface.simplified(level));
-            if (sizeOf(simple) > leastGain * sizeOf(before))
+        const auto levels = LevelsOf(m_mode);
+        for (std::size_t level = 0; level < levels.size(); ++level) {
+            const auto hasLevel = [&](const Made& made) {
+                return made.levels.size() > level && !made.levels[level].empty();
+            };
+            if (!std::all_of(component.made.begin(), component.made.end(), hasLevel))
                 continue;
             ++number;
-            for (std::size_t i = 0; i < placed.size(); ++i) {
-                if (!placed[i].surface.isLines)
-                    meshopt_optimizeVertexCache(simple[i].data(), simple[i].data(), simple[i].size(),
-                                                placed[i].surface.vertices.size());
-                auto part = partOf(simple[i], placed[i].base, placed[i].part);
+            for (std::size_t i = 0; i < component.made.size(); ++i) {
+                auto part = partOf(component.made[i].levels[level], bases[i], component.made[i].look);
                 part.level = number;
-                part.coverage = level.coverage;
+                part.coverage = levels[level].coverage;
                 m_to.coarser.push_back(part);
             }
-            before = std::move(simple);
         }
     }
 
@@ -302,8 +420,6 @@ private:
     Model m_to;
     Mode m_mode;
     std::vector<bool> m_hasChildren; ///< by node
-    std::size_t m_triangles = 0;     ///< that were left out
-    std::size_t m_lines = 0;         ///< likewise
 };
 
 } // namespace

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "kyvconvert/archive.h"
 #include "kyvconvert/job.h"
+#include "kyvconvert/optimise.h"
 #include "kyvconvert/sourcereader.h"
 
 #include <algorithm>
@@ -20,7 +21,11 @@ int Pack(const std::string& source, const std::string& archive, const std::strin
     auto read = ReadSource(source, [](int percent) { TellPercent(std::min(percent * 9 / 10, 99)); });
     if (const auto* failure = std::get_if<Failure>(&read))
         return TellError(badSource, failure->reason);
-    const auto problem = WriteArchive(std::get<SourceModel>(read), name, archive);
+    auto& model = std::get<SourceModel>(read);
+    Optimise(model, Mode::staticModel);
+    if (model.model.parts.empty())
+        return TellError(badSource, "the file has no surfaces");
+    const auto problem = WriteArchive(model, name, archive);
     return problem.empty() ? int{done} : TellError(cannotWrite, problem);
 }
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "archives.h"
 #include "ball.h"
 #include "building.h"
 #include "faultplan.h"
@@ -20,6 +21,18 @@
 #include <assimp/Importer.hpp>
 #include <assimp/postprocess.h>
 
+namespace
+{
+
+void WriteFile(const QString& name, const QByteArray& bytes)
+{
+    QFile file(name);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        qFatal("the test cannot write %s", qPrintable(name));
+}
+
+} // namespace
+
 /// Sources that are damaged at drawn places. Whatever comes of them, it is a sound model or a reason, and
 /// nothing is left behind. TORVO_FAULTS says how many, TORVO_SEED repeats a run. Told is how they have ended:
 /// a crash of the reader is an honest end, since it is the child's.
@@ -39,9 +52,12 @@ private:
     [[nodiscard]] QString findings(const QString& folder, const QString& source);
     void tellEnds() const;
     void exportAs(const char* format, const QString& name) const;
+    void unpackTheArchive();
+    void writeArchiveWith(const QByteArray& entry, const QByteArray& bytes, const QString& target) const;
 
     QTemporaryDir m_folder;
-    QMap<int, int> m_ends; ///< how often the converter has ended with an exit code
+    QMap<QByteArray, QByteArray> m_entries; ///< of the sound archive, by name
+    QMap<int, int> m_ends;                  ///< how often the converter has ended with an exit code
 };
 
 void TestNoise::exportAs(const char* format, const QString& name) const
@@ -53,6 +69,31 @@ void TestNoise::exportAs(const char* format, const QString& name) const
         qFatal("the test cannot write %s: %s", qPrintable(name), exporter.GetErrorString());
 }
 
+void TestNoise::unpackTheArchive()
+{
+    auto* archive = zip_open(path("house.kyv").toUtf8().constData(), ZIP_RDONLY, nullptr);
+    for (zip_int64_t i = 0; archive != nullptr && i < zip_get_num_entries(archive, 0); ++i) {
+        zip_stat_t facts;
+        zip_stat_index(archive, static_cast<zip_uint64_t>(i), 0, &facts);
+        QByteArray bytes(static_cast<int>(facts.size), '\0');
+        auto* entry = zip_fopen_index(archive, static_cast<zip_uint64_t>(i), 0);
+        if (zip_fread(entry, bytes.data(), facts.size) != static_cast<zip_int64_t>(facts.size))
+            qFatal("the test cannot read its archive");
+        zip_fclose(entry);
+        m_entries.insert(facts.name, bytes);
+    }
+    zip_discard(archive);
+}
+
+/// The checksums are right: what is damaged has to be found by whoever reads it.
+void TestNoise::writeArchiveWith(const QByteArray& entry, const QByteArray& bytes,
+                                 const QString& target) const
+{
+    ArchiveMaker archive(target);
+    for (auto each = m_entries.begin(); each != m_entries.end(); ++each)
+        archive.add(each.key(), each.key() == entry ? bytes : each.value());
+}
+
 void TestNoise::initTestCase()
 {
     QVERIFY(gltf::WriteModel(House(), path("house.glb").toStdString(), "test"));
@@ -60,6 +101,8 @@ void TestNoise::initTestCase()
     source.model = House();
     source.floors = {{"一层", 0.0}, {"二层", 3.25}};
     QCOMPARE(kyvconvert::WriteArchive(source, "房子", path("house.kyv").toStdString()), std::string());
+    unpackTheArchive();
+    QCOMPARE(m_entries.size(), 2);
     // No exporter at hand writes binary FBX that can be read again.
     QFile::copy(QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) +
                     "/torvo/sources/spider.fbx",
@@ -69,8 +112,7 @@ void TestNoise::initTestCase()
     QProcess writer;
     writer.start("node", {TORVO_WRITE_DRAWINGS, TORVO_ROOT, m_folder.path()});
     QVERIFY(writer.waitForFinished(240000) && writer.exitCode() == 0);
-    QFile file(path("house.ifc"));
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(building) == building.size());
+    WriteFile(path("house.ifc"), building);
 }
 
 /// Bytes changed, lost, doubled, or all that follows cut off.
@@ -148,29 +190,34 @@ void TestNoise::tellEnds() const
 void TestNoise::damagedSourceIsAModelOrAReason_data()
 {
     QTest::addColumn<QString>("source");
+    QTest::addColumn<QByteArray>("entry");
     QTest::addColumn<int>("share");
-    QTest::newRow("archive") << "house.kyv" << 50;
-    QTest::newRow("binary glTF") << "house.glb" << 50;
-    QTest::newRow("binary FBX") << "spider.fbx" << 50;
-    QTest::newRow("FBX as text") << "text.fbx" << 20;
-    QTest::newRow("OBJ") << "house.obj" << 20;
+    QTest::newRow("archive") << "house.kyv" << QByteArray() << 50;
+    QTest::newRow("index in an archive") << "house.kyv" << QByteArray("index.zrim") << 20;
+    QTest::newRow("surfaces in an archive") << "house.kyv" << QByteArray("geometry.zrg") << 20;
+    QTest::newRow("binary glTF") << "house.glb" << QByteArray() << 50;
+    QTest::newRow("binary FBX") << "spider.fbx" << QByteArray() << 50;
+    QTest::newRow("FBX as text") << "text.fbx" << QByteArray() << 20;
+    QTest::newRow("OBJ") << "house.obj" << QByteArray() << 20;
     // Each of them starts a program that takes a second to start.
-    QTest::newRow("IFC") << "house.ifc" << 15;
-    QTest::newRow("DWG of R14") << "plan-AC1014.dwg" << 6;
-    QTest::newRow("DWG of 2004") << "plan-AC1018.dwg" << 6;
-    QTest::newRow("DWG of 2007") << "plan-AC1021.dwg" << 6;
-    QTest::newRow("DWG of 2018") << "plan-AC1032.dwg" << 6;
+    QTest::newRow("IFC") << "house.ifc" << QByteArray() << 15;
+    QTest::newRow("DWG of R14") << "plan-AC1014.dwg" << QByteArray() << 6;
+    QTest::newRow("DWG of 2004") << "plan-AC1018.dwg" << QByteArray() << 6;
+    QTest::newRow("DWG of 2007") << "plan-AC1021.dwg" << QByteArray() << 6;
+    QTest::newRow("DWG of 2018") << "plan-AC1032.dwg" << QByteArray() << 6;
 }
 
 void TestNoise::damagedSourceIsAModelOrAReason()
 {
     QFETCH(QString, source);
+    QFETCH(QByteArray, entry);
     QFETCH(int, share);
     if (!QFile::exists(path(source)))
         QSKIP("samples/fetch has not fetched this model yet");
     QFile file(path(source));
     QVERIFY(file.open(QIODevice::ReadOnly));
-    const auto whole = file.readAll();
+    const auto whole = entry.isEmpty() ? file.readAll() : m_entries.value(entry);
+    QVERIFY(!whole.isEmpty());
     {
         const QTemporaryDir folder;
         QVERIFY(QFile::copy(path(source), folder.filePath(source)));
@@ -183,10 +230,12 @@ void TestNoise::damagedSourceIsAModelOrAReason()
         const QTemporaryDir folder;
         QString how;
         const auto bytes = damaged(whole, plan, how);
-        QFile target(folder.filePath(source));
-        QVERIFY(target.open(QIODevice::WriteOnly) && target.write(bytes) == bytes.size());
-        target.close();
-        const auto found = findings(folder.path(), target.fileName());
+        const auto target = folder.filePath(source);
+        if (entry.isEmpty())
+            WriteFile(target, bytes);
+        else
+            writeArchiveWith(entry, bytes, target);
+        const auto found = findings(folder.path(), target);
         QVERIFY2(found.isEmpty(), plan.told(number, how.toStdString(), found.toStdString()).c_str());
     }
     tellEnds();
