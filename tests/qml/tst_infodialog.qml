@@ -419,6 +419,22 @@ HomeTest {
             compare(screens.spoken(part("infoCancelBtn")).name, "取消")
         }
 
+        function test_theFloorsOfABuildingOpenFromItsList() {
+            const floorDialog = findChild(dialog, "floorMatchDialog")
+            floors.start([], [], [])
+            screens.takeWarnings() // of managers that find no files of their own here
+            home.floorModel = floors.model
+            home.floorMatchedCtrl = floors.ctrl
+            proInfoModel.bBimViewShow = true
+            openCard()
+            mouseClick(part("bimFloorsBtn"))
+            compare(floorDialog.enabled, true)
+            tryCompare(floorDialog, "opened", true)
+            floorDialog.close()
+            tryCompare(floorDialog, "visible", false)
+            floorDialog.enabled = false
+        }
+
         function test_floorDialogStandsReadyAndIsNotEnabled() {
             const floorDialog = findChild(dialog, "floorMatchDialog")
             verify(floorDialog !== null)
