@@ -54,6 +54,8 @@ ConversionRun::~ConversionRun()
         waitUntilGone();
     }
     QDir(m_folder).removeRecursively();
+    // Goes with the last one; while others are in it this does nothing.
+    QDir().rmdir(workFolder(m_settings.dataFolder));
 }
 
 void ConversionRun::start()
