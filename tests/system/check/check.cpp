@@ -34,6 +34,8 @@ Check::Check(const QString& shots, pid_t server)
     , m_server(server)
     , m_card(m_session.desktop(), m_session.home())
     , m_conversions(m_session.desktop(), m_session.home())
+    , m_subModels(m_session.desktop(), m_session.home())
+    , m_floors(m_session.desktop(), m_session.home())
 {
 }
 
@@ -54,6 +56,8 @@ bool Check::run()
            take("archive sent", &Check::sendArchive) && take("converted", &Check::awaitConversion) &&
            take("model arrived", &Check::openWithNewModel) && take("closed again", &Check::closeProject) &&
            take("web page", &Check::lookOnTheWeb) && take("card of a building", &Check::openCardOfHouse) &&
+           take("models added", &Check::addModels) && take("floors", &Check::matchFloor) &&
+           take("floors saved", &Check::saveFloors) && take("floors after a restart", &Check::restart) &&
            take("deleted", &Check::deleteHouse) && take("card from the server", &Check::openCardFromServer);
 }
 
@@ -299,16 +303,60 @@ bool Check::openCardOfHouse()
     return m_card.openFor(road::house);
 }
 
+bool Check::addModels()
+{
+    const QString fbx = road::CopyFbx(m_folder.path());
+    const QString drawing = road::MakeDrawing(m_folder.path());
+    const QString archive = m_folder.filePath(QStringLiteral("garage.kyv"));
+    // Of a model with surfaces: once the drawing is here too, that may be found first.
+    return road::PackModel(road::ModelsHere().first(), archive) && !fbx.isEmpty() &&
+           m_subModels.addFbx(fbx) && !drawing.isEmpty() && m_subModels.addDrawing(drawing) &&
+           m_subModels.addArchive(archive) && road::SubModels::awaitModel(QStringLiteral("spider")) &&
+           road::SubModels::awaitModel(QStringLiteral("plan")) &&
+           road::SubModels::awaitModel(QStringLiteral("garage"));
+}
+
+bool Check::matchFloor()
+{
+    if (!m_subModels.openFloors() || !WaitFor([] { return !road::FloorDialog::ofModel().isEmpty(); }))
+        return false;
+    m_floorOfModel = road::FloorDialog::ofModel().first();
+    // It is matched to a floor of its own name: a first double click takes it from there.
+    return m_floors.add(QStringLiteral("Basement")) && m_floors.choose(QStringLiteral("Basement")) &&
+           m_floors.toggle(m_floorOfModel) && m_floors.toggle(m_floorOfModel) &&
+           WaitFor([] { return road::FloorDialog::matched().size() == 1; });
+}
+
+bool Check::saveFloors()
+{
+    return m_floors.accept() && m_card.accept() &&
+           WaitFor([] { return HomeScreen::stateOf(road::house) == road::changedHere; });
+}
+
+bool Check::restart()
+{
+    m_session.leave();
+    // The login has been saved.
+    m_session.startHost();
+    return WaitFor([] { return HomeScreen::card(road::house) != nullptr; }) && m_card.openFor(road::house) &&
+           m_subModels.openFloors() && m_floors.choose(QStringLiteral("Basement")) && WaitFor([this] {
+               const auto matched = road::FloorDialog::matched();
+               return matched.size() == 1 && matched.first().startsWith(m_floorOfModel);
+           });
+}
+
 bool Check::deleteHouse()
 {
     const QString folder = DataFolder() + "/proj_" + road::house;
-    return QFileInfo::exists(folder) && m_card.deleteLocalData() &&
+    return m_floors.cancel() && QFileInfo::exists(folder) && m_card.deleteLocalData() &&
            WaitFor([] { return HomeScreen::card(road::house) == nullptr; }) &&
            WaitFor([&] { return !QFileInfo::exists(folder); });
 }
 
 bool Check::openCardFromServer()
 {
-    return m_card.openFromTree(road::house) && !road::InfoCard::valueOf(road::nameRow).isEmpty() &&
+    // The program has started anew with a closed tree.
+    return m_session.home().openWholeTree() && m_card.openFromTree(road::house) &&
+           !road::InfoCard::valueOf(road::nameRow).isEmpty() &&
            !HomeScreen::item(QStringLiteral("deleteBtn"))->isEnabled();
 }

@@ -6,6 +6,7 @@
 #include "road/conversions.h"
 #include "road/infocard.h"
 #include "road/session.h"
+#include "road/submodels.h"
 
 #include <memory>
 
@@ -61,6 +62,10 @@ private:
     [[nodiscard]] bool openWithNewModel();
     [[nodiscard]] bool lookOnTheWeb();
     [[nodiscard]] bool openCardOfHouse();
+    [[nodiscard]] bool addModels();
+    [[nodiscard]] bool matchFloor();
+    [[nodiscard]] bool saveFloors();
+    [[nodiscard]] bool restart();
     [[nodiscard]] bool deleteHouse();
     [[nodiscard]] bool openCardFromServer();
     /// Opens the house, writes a note, saves and closes the tab.
@@ -73,6 +78,9 @@ private:
     road::Session m_session;
     road::InfoCard m_card;
     road::Conversions m_conversions;
+    road::SubModels m_subModels;
+    road::FloorDialog m_floors;
+    QString m_floorOfModel; ///< that was matched
     road::Browser m_browser;
     QTemporaryDir m_folder;
     int m_models = 0; ///< that were here before one more was sent

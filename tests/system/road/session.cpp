@@ -148,7 +148,13 @@ bool Session::writeNote(const QString& note)
     const QRect button(area.topRight() + QPoint(-200, 250), QSize(120, 16));
     const QImage before = m_desktop.picture();
     const auto isBright = [&] { return DifferenceIn(before, m_desktop.picture(), button) > 0.02; };
-    m_desktop.click(area.topRight() + QPoint(-140, 185));
+    const QPoint field = area.topRight() + QPoint(-140, 185);
+    m_desktop.click(field);
+    // Keys go to the window that has the focus: it is there when the field has its frame, or its mark blinks.
+    const QRect around(field - QPoint(150, 60), QSize(290, 120));
+    if (!WaitFor([&] { return DifferenceIn(before, m_desktop.picture(), around) > 0; }))
+        return false;
+    m_desktop.awaitQuiet();
     m_desktop.type(note);
     if (!WaitFor(isBright))
         return false;
