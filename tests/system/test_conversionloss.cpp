@@ -22,7 +22,7 @@ constexpr int patience = 120000;
 constexpr xcb_keysym_t escapeKey = 0xff1b;
 
 // A worker that is lost is missed soon.
-const QStringList shortLease{"--job-lease-seconds", "3"};
+const QStringList shortLease{"--job-lease-seconds", "6"};
 
 } // namespace
 

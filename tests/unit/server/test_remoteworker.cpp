@@ -19,7 +19,7 @@ namespace
 {
 
 const std::string guid = "5b0f6a52-6c1e-4d0b-9a35-1f1d6b7c0a01";
-constexpr int patience = 60000;
+constexpr int patience = 120000;
 
 // Converters that do what a test wants. "$here" is a folder of the test's; "begun" tells the test that the
 // converter is where it wants it.
@@ -263,7 +263,7 @@ void TestRemoteWorker::secondWorkerOnAFolderEnds()
 
 void TestRemoteWorker::jobOfAKilledWorkerIsDoneByAnother()
 {
-    serve({"--job-lease-seconds", "2"});
+    serve({"--job-lease-seconds", "6"});
     const auto first = startWorker(isSlowOnce);
     (void)m_client->order(archive(), "a");
     const auto running = converter();
@@ -338,7 +338,7 @@ void TestRemoteWorker::jobOutlivesANewStartOfTheServer()
 
 void TestRemoteWorker::workerThatIsCutOffLosesItsJobAndTakesItAgain()
 {
-    serve({"--job-lease-seconds", "2"});
+    serve({"--job-lease-seconds", "6"});
     CuttingProxy proxy(QUrl(QString::fromStdString(m_server->address())).port());
     const auto worker = startWorker(isSlowOnce, proxy.address());
     (void)m_client->order(archive(), "a");

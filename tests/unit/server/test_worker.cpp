@@ -17,7 +17,7 @@ namespace
 {
 
 const std::string guid = "5b0f6a52-6c1e-4d0b-9a35-1f1d6b7c0a01";
-constexpr int patience = 60000;
+constexpr int patience = 120000;
 
 // Converters that do what a test wants; $1 is the archive, $2 the folder. "$here" is a folder of the test's.
 const QByteArray isSlow = "echo '{\"percent\": 40}'\nexec sleep 600\n";
@@ -91,7 +91,7 @@ void TestWorker::cleanup()
 
 void TestWorker::start(const QByteArray& converter, const QStringList& options)
 {
-    QStringList all{"--workers", "1", "--job-lease-seconds", "2"};
+    QStringList all{"--workers", "1", "--job-lease-seconds", "6"};
     if (!converter.isEmpty()) {
         QFile script(m_here->filePath("converter"));
         QVERIFY(script.open(QIODevice::WriteOnly));
