@@ -339,7 +339,7 @@ void TestHomeApp::unInitRunsAllBodiesBeforeAnyManagerIsDestroyed()
     });
     App().UnInit();
     QCOMPARE(Fakes::Calls().filter(QRegExp("FreeIDBDirector|tab gone|~")),
-             QStringList({"FreeIDBDirector()", "tab gone, managers: 11", "~CServiceConvertMgr"}));
+             QStringList({"FreeIDBDirector()", "tab gone, managers: 12", "~CServiceConvertMgr"}));
 }
 
 void TestHomeApp::secondInitReplacesTheManagersWithoutTheirUnInit()

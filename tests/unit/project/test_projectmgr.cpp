@@ -36,7 +36,7 @@ private slots:
     void removeLocalDataTakesAProjectThatAnotherSceneLinksToAsWell();
     void removeLocalDataTakesTheProjectFromTheList();
     void removeLocalDataWithoutADatabaseIsFalse();
-    void removedProjectIsToldToTheHost();
+    void removedProjectIsToldToTheHostAndThenToTheModels();
     void extendedAttributeOfAnOrganisation();
     void extendedAttributeWithoutAnOrganisation();
     void extendedAttributeOfTheOtherFormGivesEmptyTexts();
@@ -205,10 +205,10 @@ void TestProjectMgr::removeLocalDataWithoutADatabaseIsFalse()
     QCOMPARE(Fakes::Calls(), QStringList());
 }
 
-void TestProjectMgr::removedProjectIsToldToTheHost()
+void TestProjectMgr::removedProjectIsToldToTheHostAndThenToTheModels()
 {
     m_projects->NotifyProjectRemoved("a");
-    QCOMPARE(Fakes::Calls(), QStringList("RemoveProjectRecord(a)"));
+    QCOMPARE(Fakes::Calls(), QStringList({"RemoveProjectRecord(a)", "CancleAllConvert()"}));
 }
 
 void TestProjectMgr::extendedAttributeOfAnOrganisation()
