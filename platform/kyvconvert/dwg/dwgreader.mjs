@@ -6,12 +6,16 @@
 // geometry.bin (for each part, at its offset, its corners with six floats each, place and normal, metres, Y up, and the
 // corners of its lines or triangles). Tells how far it has come as lines {"percent": n}. A program of its own because
 // the library it stands on is not C++, and because a file that asks too much ends this process and no other.
+import { webcrypto } from 'node:crypto';
 import fs from 'node:fs';
 import path from 'node:path';
 import * as cad from './acad-ts.mjs';
 import { Drawing } from './dwgdrawing.mjs';
 import { Geometry, TooLarge } from './dwggeometry.mjs';
 import { refuseToReadBehindTheEnd, watchReading } from './dwgguards.mjs';
+
+// The library asks for it by its global name, which Node 18 does not have.
+globalThis.crypto ??= webcrypto;
 
 const badSource = 3;
 const versions = ['AC1014', 'AC1015', 'AC1018', 'AC1021', 'AC1024', 'AC1027', 'AC1032'];

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 import QtQuick 2.15
 import QtTest 1.15
+import CKYVConvertState 1.0
 import ".."
 
 /// Takes pictures of the home window in the states that people see, without a server, into the folder that the
@@ -13,6 +14,12 @@ HomeTest {
 
         width: home.width
         height: home.height
+    }
+
+    Component {
+        id: modelComponent
+
+        KYVConvertState {}
     }
 
     TestCase {
@@ -281,6 +288,31 @@ HomeTest {
             shoot("info-card-delete")
             keyClick(Qt.Key_Escape)
             tryVerify(function() { return home.findShown("yesBtn") === null })
+            closeCard()
+        }
+
+        function test_infoCardWithModels() {
+            proInfoModel.bBimViewShow = true
+            bimMgr.projList = [
+                { uid: "m1", name: "1#住宅楼", convertState: KYVConvertState.ConvertFinished, isLevelModel: true },
+                { uid: "m2", name: "总平面图", convertState: KYVConvertState.ConvertFinished, isLevelModel: false },
+                { uid: "m3", name: "商业裙房", convertState: KYVConvertState.Waiting, isLevelModel: true },
+                { uid: "m4", name: "钢连廊", convertState: KYVConvertState.Converting, isLevelModel: false },
+                { uid: "m5", name: "门卫室", convertState: KYVConvertState.ConvertFailed, isLevelModel: true }
+            ].map(function(values) { return modelComponent.createObject(home, values) })
+            bimMgr.updatable = ["m1"]
+            openCard([textRow("工程名称", "滨江路综合楼", false), textRow("工程类型", "BIM工程", true)])
+            tryVerify(function() { return home.findShown("bimRow_m1") !== null })
+            const list = home.findShown("bimInfo")
+            // The card slides in.
+            tryVerify(function() { return list.mapToItem(home, 0, 0).x === home.width - list.width })
+            mouseClick(home.findShown("bimRow_m1"))
+            tryCompare(list, "selectedGuid", "m1")
+            mouseMove(home, 10, 10)
+            // The picture of what waits comes and goes: by the time of the shot it has come again.
+            tryVerify(function() { return home.findShown("bimWaiting").opacity === 0 })
+            wait(250)
+            shoot("info-card-models")
             closeCard()
         }
 

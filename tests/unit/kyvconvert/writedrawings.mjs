@@ -2,9 +2,13 @@
 //
 // node writedrawings.mjs PACKAGE-ROOT FOLDER: writes the drawings that the tests of the reader read, each named after
 // what is in it.
+import { webcrypto } from 'node:crypto';
 import fs from 'node:fs';
 import path from 'node:path';
 import { pathToFileURL } from 'node:url';
+
+// The library asks for it by its global name, which Node 18 does not have.
+globalThis.crypto ??= webcrypto;
 
 const [root, folder] = process.argv.slice(2);
 const cad = await import(pathToFileURL(path.join(root, 'node_modules/@node-projects/acad-ts/dist/index.js')).href);
