@@ -311,9 +311,17 @@ std::vector<ModelData> ProjectFile::readModels()
         requireCurrent();
         SQLite::Statement row(*m_database, "SELECT guid, name, type, attributes FROM models ORDER BY rowid");
         std::vector<ModelData> models;
+        // Models that came by one way have the same attributes; taking these apart costs more than all the
+        // rest.
+        std::string known;
+        TextMap attributes;
         while (row.executeStep()) {
+            if (auto text = row.getColumn(3).getString(); models.empty() || text != known) {
+                attributes = TextMapOf(text);
+                known = std::move(text);
+            }
             models.push_back({row.getColumn(0).getString(), row.getColumn(1).getString(),
-                              row.getColumn(2).getString(), TextMapOf(row.getColumn(3).getString())});
+                              row.getColumn(2).getString(), attributes});
         }
         return models;
     });
