@@ -18,10 +18,11 @@ class ModelRecord final : public IZRModelRecord
 public:
     explicit ModelRecord(ModelData data)
         : m_data(std::move(data))
+        , m_guid(GuidOf(m_data.guid))
     {
     }
 
-    [[nodiscard]] ZRSmartFormat::SZRFTGuid GetGuid() const override { return GuidOf(m_data.guid); }
+    [[nodiscard]] ZRSmartFormat::SZRFTGuid GetGuid() const override { return m_guid; }
     [[nodiscard]] std::wstring GetName() const override { return WideOf(m_data.name); }
     [[nodiscard]] std::wstring GetType() const override { return WideOf(m_data.type); }
     [[nodiscard]] std::wstring GetAttribute(const std::wstring& key) const override
@@ -30,10 +31,11 @@ public:
         return attribute != m_data.attributes.end() ? WideOf(attribute->second) : std::wstring();
     }
 
-    [[nodiscard]] const std::string& guid() const { return m_data.guid; }
+    [[nodiscard]] const ZRSmartFormat::SZRFTGuid& guid() const { return m_guid; }
 
 private:
     const ModelData m_data;
+    const ZRSmartFormat::SZRFTGuid m_guid;
 };
 
 ModelStore::ModelStore(const Project& project, ModelUse& use)
@@ -59,58 +61,59 @@ void ModelStore::remember(ModelData data) const
     m_byGuid[record->guid()] = record;
 }
 
-void ModelStore::forget(const std::string& guid) const
+void ModelStore::forget(const Guid& guid) const
 {
-    m_byGuid.erase(guid);
+    if (m_byGuid.erase(guid) == 0)
+        return;
     std::erase_if(m_records, [&](const auto& record) { return record->guid() == guid; });
 }
 
-ModelRecord* ModelStore::find(const std::string& guid) const
+ModelRecord* ModelStore::find(const Guid& guid) const
 {
     load();
     const auto found = m_byGuid.find(guid);
     return found != m_byGuid.end() ? found->second : nullptr;
 }
 
-ModelRecord& ModelStore::require(const std::string& guid) const
+void ModelStore::require(const Guid& guid) const
 {
-    if (auto* record = find(guid))
-        return *record;
-    throw Failure(localcode::notHere, "the project has no model " + guid);
+    if (find(guid) == nullptr)
+        throw Failure(localcode::notHere, "the project has no model " + GuidTextOf(guid));
 }
 
-void ModelStore::requireNone(const std::string& guid) const
+void ModelStore::requireNone(const Guid& guid) const
 {
     if (find(guid) != nullptr)
-        throw Failure(localcode::exists, "the project has the model already: " + guid);
+        throw Failure(localcode::exists, "the project has the model already: " + GuidTextOf(guid));
 }
 
-void ModelStore::replace(const std::string& removed, const std::string& added, const std::wstring& dataFolder)
+void ModelStore::replace(const Guid* removed, const Guid& added, const std::wstring& dataFolder)
 {
-    auto data = AdoptModel(PathOf(dataFolder), added);
+    auto data = AdoptModel(PathOf(dataFolder), GuidTextOf(added));
     ProjectChange change;
     change.putModels.push_back(data);
-    if (!removed.empty())
-        change.removedModels.push_back(removed);
+    if (removed != nullptr)
+        change.removedModels.push_back(GuidTextOf(*removed));
     ProjectFile(m_project.folder()).write(change);
-    forget(removed);
+    if (removed != nullptr)
+        forget(*removed);
     remember(std::move(data));
-    m_use.added(m_project.GetGuid(), GuidOf(added));
+    m_use.added(m_project.GetGuid(), added);
 }
 
-void ModelStore::letGoOf(const std::string& guid)
+void ModelStore::letGoOf(const Guid& guid)
 {
-    m_use.removed(m_project.GetGuid(), GuidOf(guid));
+    m_use.removed(m_project.GetGuid(), guid);
     // The project is right already; a folder that cannot be removed is not worth a failure.
-    AtBorder([&] { m_use.removeIfUnused(m_project.dataFolder(), GuidOf(guid)); });
+    AtBorder([&] { m_use.removeIfUnused(m_project.dataFolder(), guid); });
 }
 
 bool ModelStore::ImportModelProj(const ZRSmartFormat::SZRFTGuid& model, const std::wstring& dataFolder)
 {
     return AtBorder(false, [&] {
         const std::lock_guard lock(m_mutex);
-        requireNone(GuidTextOf(model));
-        replace({}, GuidTextOf(model), dataFolder);
+        requireNone(model);
+        replace(nullptr, model, dataFolder);
         return true;
     });
 }
@@ -120,10 +123,10 @@ bool ModelStore::UpdateModelProj(const ZRSmartFormat::SZRFTGuid& oldModel,
 {
     return AtBorder(false, [&] {
         const std::lock_guard lock(m_mutex);
-        static_cast<void>(require(GuidTextOf(oldModel)));
-        requireNone(GuidTextOf(newModel));
-        replace(GuidTextOf(oldModel), GuidTextOf(newModel), dataFolder);
-        letGoOf(GuidTextOf(oldModel));
+        require(oldModel);
+        requireNone(newModel);
+        replace(&oldModel, newModel, dataFolder);
+        letGoOf(oldModel);
         return true;
     });
 }
@@ -132,14 +135,13 @@ void ModelStore::RemoveModelProj(const ZRSmartFormat::SZRFTGuid& model)
 {
     AtBorder([&] {
         const std::lock_guard lock(m_mutex);
-        const auto guid = GuidTextOf(model);
-        if (find(guid) == nullptr)
+        if (find(model) == nullptr)
             return;
         ProjectChange change;
-        change.removedModels.push_back(guid);
+        change.removedModels.push_back(GuidTextOf(model));
         ProjectFile(m_project.folder()).write(change);
-        forget(guid);
-        letGoOf(guid);
+        forget(model);
+        letGoOf(model);
     });
 }
 
@@ -147,7 +149,7 @@ bool ModelStore::HasModelProj(const ZRSmartFormat::SZRFTGuid& model) const
 {
     return AtBorder(false, [&] {
         const std::lock_guard lock(m_mutex);
-        return find(GuidTextOf(model)) != nullptr;
+        return find(model) != nullptr;
     });
 }
 
@@ -157,8 +159,9 @@ void ModelStore::GetModelProjIds(std::vector<ZRSmartFormat::SZRFTGuid>& models) 
     AtBorder([&] {
         const std::lock_guard lock(m_mutex);
         load();
+        models.reserve(m_records.size());
         for (const auto& record : m_records)
-            models.push_back(record->GetGuid());
+            models.push_back(record->guid());
     });
 }
 
@@ -166,7 +169,7 @@ IZRModelRecord* ModelStore::GetModelProj(const ZRSmartFormat::SZRFTGuid& model)
 {
     return AtBorder<IZRModelRecord*>(nullptr, [&]() -> IZRModelRecord* {
         const std::lock_guard lock(m_mutex);
-        return find(GuidTextOf(model));
+        return find(model);
     });
 }
 

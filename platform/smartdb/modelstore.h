@@ -36,22 +36,24 @@ public:
 
 private:
     void load() const;
-    [[nodiscard]] ModelRecord* find(const std::string& guid) const;
-    [[nodiscard]] ModelRecord& require(const std::string& guid) const;
-    void requireNone(const std::string& guid) const;
-    void remember(ModelData data) const;
-    void forget(const std::string& guid) const;
+    using Guid = ZRSmartFormat::SZRFTGuid;
 
-    /// Takes `added` in and `removed`, unless it is empty, out, in one transaction.
-    void replace(const std::string& removed, const std::string& added, const std::wstring& dataFolder);
-    void letGoOf(const std::string& guid);
+    [[nodiscard]] ModelRecord* find(const Guid& guid) const;
+    void require(const Guid& guid) const;
+    void requireNone(const Guid& guid) const;
+    void remember(ModelData data) const;
+    void forget(const Guid& guid) const;
+
+    /// Takes `added` in and `removed`, unless it is none, out, in one transaction.
+    void replace(const Guid* removed, const Guid& added, const std::wstring& dataFolder);
+    void letGoOf(const Guid& guid);
 
     const Project& m_project;
     ModelUse& m_use;
     mutable std::mutex m_mutex; ///< protects the records, and lets changes come one after the other
     mutable bool m_isLoaded = false;
     mutable std::vector<std::unique_ptr<ModelRecord>> m_records; ///< in the order in which they were taken in
-    mutable std::unordered_map<std::string, ModelRecord*> m_byGuid; ///< the same, for finding one
+    mutable std::unordered_map<Guid, ModelRecord*> m_byGuid;     ///< the same, for finding one
 };
 
 } // namespace ZRSmartDB
