@@ -82,6 +82,21 @@ private slots:
         QTRY_COMPARE(ModelFoldersIn(dataFolder()).size(), 1);
     }
 
+    void fileThatIsNoModelIsShownAsFailedUntilTheListIsReadAgain()
+    {
+        QVERIFY(openCard());
+        const auto before = ModelFoldersIn(dataFolder());
+        QFile noise(m_files.filePath("noise.kyv"));
+        QVERIFY(noise.open(QIODevice::WriteOnly) && noise.write(QByteArray(5000, 'x')) == 5000);
+        noise.close();
+        auto models = list();
+        QVERIFY(models.addArchive(noise.fileName()));
+        QTRY_COMPARE_WITH_TIMEOUT(SubModels::stateOf("noise"), road::modelFailed, 60000);
+        QVERIFY(card().accept() && card().openFor(house));
+        QTRY_COMPARE(SubModels::names().size(), 1);
+        QCOMPARE(ModelFoldersIn(dataFolder()), before);
+    }
+
     void cardThatIsDismissedEndsTheConversionAndLeavesNothing()
     {
         QVERIFY(openCard());

@@ -8,6 +8,7 @@ namespace road
 
 // What a row of the list says of a model; the numbers are those of the list's own.
 inline constexpr int modelIsThere = 2;
+inline constexpr int modelFailed = 3;
 inline constexpr int noModel = -1;
 
 /// What a person does with the list of a building's models on its card, and sees there. The card has to
