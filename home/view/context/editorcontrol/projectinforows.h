@@ -19,7 +19,7 @@ namespace InfoLabel
 [[nodiscard]] QString region();
 [[nodiscard]] QString proj4();
 [[nodiscard]] QString iotCode();
-[[nodiscard]] QString earthConfig(); ///< no row stands under it
+[[nodiscard]] QString earthConfig();  ///< no row stands under it
 [[nodiscard]] QString templateEdit(); ///< no row stands under it, and nothing is written by it
 [[nodiscard]] QString department();
 } // namespace InfoLabel
