@@ -13,7 +13,7 @@ namespace EditorCommon::Zip
 namespace
 {
 
-constexpr int level = 6;
+constexpr int level = 5;
 constexpr int sampleLevel = 1;
 constexpr int withoutHeader = -15;
 constexpr int memoryLevel = 8;
